@@ -1,0 +1,24 @@
+#pragma once
+
+#include "modfracglobal_export.h"
+
+#include <functional>
+#include <string>
+
+namespace modfracglobal {
+
+/*!
+ * Where the component shows its message boxes (an engine error's description, a design-time
+ * message). A host setting: an application installs one that opens a modal message box, tests and
+ * script hosts install one that captures the texts. With no sink installed the text goes to
+ * standard error.
+ */
+using messagesink = std::function<void(const std::string &text)>;
+
+/*! Installs \a sink (an empty function restores the default) and returns the previous one. */
+MODFRACGLOBAL_EXPORT messagesink setmessagesink(messagesink sink);
+
+/*! Shows \a text through the installed sink. */
+MODFRACGLOBAL_EXPORT void showmessage(const std::string &text);
+
+} // namespace modfracglobal
