@@ -1,0 +1,321 @@
+#pragma once
+
+#include "fractioni_export.h"
+
+#include <QFont>
+#include <QList>
+#include <QPixmap>
+#include <QPointer>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+#include <QWidget>
+
+#include <array>
+
+class QLineEdit;
+class QFocusEvent;
+
+namespace kelfractionint {
+
+class propertybag;
+
+/*!
+ * A control that shows, edits and computes exactly with one fraction: a whole part carrying the
+ * sign, a numerator and a denominator, each held as text and shown in a frameless field of its
+ * own (`wholepart`, `numerator`, `denominator`), with a slash or a bar drawn between numerator and
+ * denominator and a grip (`lblgrip`) for resizing at run time. Layout is computed in twips and
+ * applied in pixels. Run-time errors are raised as modfracglobal::automationerror.
+ */
+class FRACTIONI_EXPORT fractioni : public QWidget
+{
+    Q_OBJECT
+    Q_PROPERTY(QString Numeratorvalue READ Numeratorvalue WRITE setNumeratorvalue)
+    Q_PROPERTY(QString Denominatorvalue READ Denominatorvalue WRITE setDenominatorvalue)
+    Q_PROPERTY(QString Wholepartvalue READ Wholepartvalue WRITE setWholepartvalue)
+    Q_PROPERTY(bool Fractionslash READ Fractionslash WRITE setFractionslash)
+    Q_PROPERTY(quint32 Backcolor READ Backcolor WRITE setBackcolor)
+    Q_PROPERTY(bool Userresizeable READ Userresizeable WRITE setUserresizeable)
+    Q_PROPERTY(fracBorderstyle Borderstyle READ Borderstyle WRITE setBorderstyle)
+    Q_PROPERTY(quint32 Negforecolor READ Negforecolor WRITE setNegforecolor)
+    Q_PROPERTY(quint32 Posforecolor READ Posforecolor WRITE setPosforecolor)
+    Q_PROPERTY(bool Forcesign READ Forcesign WRITE setForcesign)
+    Q_PROPERTY(quint32 Wholepartbackcolor READ Wholepartbackcolor WRITE setWholepartbackcolor)
+    Q_PROPERTY(quint32 Numeratorbackcolor READ Numeratorbackcolor WRITE setNumeratorbackcolor)
+    Q_PROPERTY(quint32 Denominatorbackcolor READ Denominatorbackcolor WRITE setDenominatorbackcolor)
+    Q_PROPERTY(qint32 Numerdenomgcd READ Numerdenomgcd)
+    Q_PROPERTY(bool Autoreplace READ Autoreplace WRITE setAutoreplace)
+    Q_PROPERTY(QFont Font READ Font WRITE setFont)
+    Q_PROPERTY(QObject *Container READ Container WRITE setContainer DESIGNABLE false STORED false)
+    Q_PROPERTY(qint32 hWnd READ hWnd DESIGNABLE false STORED false)
+    Q_PROPERTY(QPixmap Picture READ Picture DESIGNABLE false STORED false)
+    Q_PROPERTY(QVariant Wholeallowedchars READ Wholeallowedchars WRITE setWholeallowedchars DESIGNABLE false STORED false)
+    Q_PROPERTY(bool Fracpartvisible READ Fracpartvisible WRITE setFracpartvisible)
+    Q_PROPERTY(bool WholepartLocked READ WholepartLocked WRITE setWholepartLocked)
+    Q_PROPERTY(bool NumeratorLocked READ NumeratorLocked WRITE setNumeratorLocked)
+    Q_PROPERTY(bool DenominatorLocked READ DenominatorLocked WRITE setDenominatorLocked)
+    Q_PROPERTY(fractiontype FracType READ FracType WRITE setFracType)
+    Q_PROPERTY(QVariant Numerallowedchars READ Numerallowedchars WRITE setNumerallowedchars DESIGNABLE false STORED false)
+    Q_PROPERTY(QVariant Denomallowedchars READ Denomallowedchars WRITE setDenomallowedchars DESIGNABLE false STORED false)
+
+public:
+    /*! Border of the control: none, or a fixed single line. Values outside the list are kept. */
+    enum fracBorderstyle : int { borderstylenone = 0, borderstylefixed = 1 };
+    Q_ENUM(fracBorderstyle)
+    /*! Which texts the three parts accept: numbers, or the characters of each part's set. */
+    enum fractiontype : int { fracnumeric = 0, fracAlgebraic = 1 };
+    Q_ENUM(fractiontype)
+
+    /*! A new control, showing 4 1/7 with the container's colours and font. */
+    explicit fractioni(QWidget *parent = nullptr);
+    ~fractioni() override;
+
+    // Value (the sign is the first character of the whole part)
+    QString Numeratorvalue() const { return m_numerator; }
+    QString Denominatorvalue() const { return m_denominator; }
+    QString Wholepartvalue() const { return m_wholepart; }
+    bool Forcesign() const { return m_forcesign; }
+    bool Autoreplace() const { return m_autoreplace; }
+    fractiontype FracType() const { return m_fractype; }
+    /*! The gcd of numerator and denominator, or -1 when either is empty. */
+    qint32 Numerdenomgcd() const;
+
+    // Appearance
+    bool Fractionslash() const { return m_fractionslash; }
+    quint32 Backcolor() const { return m_backcolor; }
+    bool Userresizeable() const { return m_userresizeable; }
+    fracBorderstyle Borderstyle() const { return m_borderstyle; }
+    quint32 Negforecolor() const { return m_negforecolor; }
+    quint32 Posforecolor() const { return m_posforecolor; }
+    quint32 Wholepartbackcolor() const { return m_wholepartbackcolor; }
+    quint32 Numeratorbackcolor() const { return m_numeratorbackcolor; }
+    quint32 Denominatorbackcolor() const { return m_denominatorbackcolor; }
+    QFont Font() const { return m_font; }
+    bool Fracpartvisible() const { return m_fracpartvisible; }
+
+    // Window
+    /*! Always raises error 91 (object variable not set), also after a Set. */
+    QObject *Container() const;
+    /*! The native window id, truncated to 32 bits. */
+    qint32 hWnd() const;
+    /*! A picture of the control's whole area, border and grip included, as it is now. */
+    QPixmap Picture() const;
+
+    // Text entry
+    QVariant Wholeallowedchars() const { return m_wholeallowedchars; }
+    QVariant Numerallowedchars() const { return m_numerallowedchars; }
+    QVariant Denomallowedchars() const { return m_denomallowedchars; }
+    bool WholepartLocked() const { return m_wholepartlocked; }
+    bool NumeratorLocked() const { return m_numeratorlocked; }
+    bool DenominatorLocked() const { return m_denominatorlocked; }
+
+    /*! Sets the numerator. Text that is no number (or outside the set in algebraic mode) is
+     *  refused silently: the current value is applied again. An empty numerator sets the
+     *  denominator to "1" first and hides the fraction part. */
+    void setNumeratorvalue(const QString &value);
+    /*! Sets the denominator; refused texts are handled as for the numerator. Empty while the
+     *  numerator is empty. */
+    void setDenominatorvalue(const QString &value);
+    /*! Sets the whole part with its sign. A refused text raises 380 in run mode while the whole
+     *  part is not locked, otherwise the current value is applied again. */
+    void setWholepartvalue(const QString &value);
+    /*! Shows a "+" for positive values. Raises 380 in run mode (a message at design time) when set
+     *  while the whole part is locked. */
+    void setForcesign(bool value);
+    void setAutoreplace(bool value);
+    /*! Stored as given; a value outside the enumeration refuses every text. */
+    void setFracType(fractiontype value);
+
+    void setFractionslash(bool value);
+    void setBackcolor(quint32 value);
+    void setUserresizeable(bool value);
+    /*! Raises 6 (overflow) for a value outside the 16-bit range. */
+    void setBorderstyle(fracBorderstyle value);
+    void setNegforecolor(quint32 value);
+    void setPosforecolor(quint32 value);
+    void setWholepartbackcolor(quint32 value);
+    void setNumeratorbackcolor(quint32 value);
+    void setDenominatorbackcolor(quint32 value);
+    /*! The control's font (bold, italic, family and size are taken). Hides QWidget::setFont. */
+    void setFont(const QFont &value);
+    /*! Hiding the fraction part clears numerator and denominator first. */
+    void setFracpartvisible(bool value);
+
+    /*! Re-parents the control into \a value when it is a widget. */
+    void setContainer(QObject *value);
+
+    /*! Takes an array of one-character strings (a QStringList in a QVariant); an invalid value, an
+     *  empty list or an element longer than one character leaves the set unchanged. Repeats are
+     *  dropped, keeping the order described for the allowed sets. */
+    void setWholeallowedchars(const QVariant &value);
+    void setNumerallowedchars(const QVariant &value);
+    void setDenomallowedchars(const QVariant &value);
+    void setWholepartLocked(bool value);
+    void setNumeratorLocked(bool value);
+    void setDenominatorLocked(bool value);
+
+    /*! Resizes the control to \a fracwidth x \a fracheight twips when both are positive. */
+    Q_INVOKABLE void fracsize(float fracwidth, float fracheight);
+    /*! Negates the value through the whole part's sign; returns the control. */
+    Q_INVOKABLE kelfractionint::fractioni *changesign();
+    /*! Loads a record (whole part, numerator, denominator): the caller's list receives the trimmed
+     *  texts. Raises 9 for fewer than three elements. Returns the control. */
+    Q_INVOKABLE kelfractionint::fractioni *loadfraction(QStringList &strarr);
+    /*! "0" for an empty value, otherwise "+" or "-". */
+    Q_INVOKABLE QString getsign() const;
+    Q_INVOKABLE QStringList reduce();
+    Q_INVOKABLE QStringList fractomixed();
+    Q_INVOKABLE QStringList expand(qint32 lngexpander);
+    Q_INVOKABLE QStringList mixedtofrac();
+    /*! The sum of the controls in \a objfracs (a list of controls, or an object with `Count` and
+     *  indexed items), improper and unreduced. */
+    Q_INVOKABLE QStringList addfractions(const QVariant &objfracs);
+    QStringList addfractions(const QList<kelfractionint::fractioni *> &objfracs);
+    Q_INVOKABLE QStringList invert();
+    Q_INVOKABLE QStringList multiplyfractions(const QVariant &objfracs);
+    QStringList multiplyfractions(const QList<kelfractionint::fractioni *> &objfracs);
+    /*! Raises 11 when the divisor is empty. */
+    Q_INVOKABLE QStringList dividefractions(kelfractionint::fractioni *dividend, kelfractionint::fractioni *divisor);
+    Q_INVOKABLE QStringList fractodecimal(qint32 noofdecimals);
+    Q_INVOKABLE QStringList decimaltofrac();
+    Q_INVOKABLE QStringList fractopercent(qint32 noofdecimals);
+    Q_INVOKABLE QStringList percenttofrac();
+    /*! Empties the value (whole part, denominator, numerator in that order); returns the control. */
+    Q_INVOKABLE kelfractionint::fractioni *clearfraction();
+    Q_INVOKABLE QStringList subtractfractions(kelfractionint::fractioni *minuend, kelfractionint::fractioni *minutor);
+    Q_INVOKABLE QStringList addtwofractions(kelfractionint::fractioni *frac1, kelfractionint::fractioni *frac2);
+    Q_INVOKABLE QStringList multiplytwofractions(kelfractionint::fractioni *frac1, kelfractionint::fractioni *frac2);
+    Q_INVOKABLE kelfractionint::fractioni *addintofraction(kelfractionint::fractioni *resultfrac, kelfractionint::fractioni *addendfrac);
+    Q_INVOKABLE kelfractionint::fractioni *subtractintofraction(kelfractionint::fractioni *resultfrac, kelfractionint::fractioni *minutorfrac);
+    Q_INVOKABLE kelfractionint::fractioni *divideintofraction(kelfractionint::fractioni *resultfrac, kelfractionint::fractioni *divisorfrac);
+    Q_INVOKABLE kelfractionint::fractioni *multiplyintofraction(kelfractionint::fractioni *resultfrac, kelfractionint::fractioni *multiplierfrac);
+    /*! Repaints the fields and lays the control out again. */
+    Q_INVOKABLE void Refreshfraction();
+    /*! True when \a testchar equals an element of Wholeallowedchars exactly. */
+    Q_INVOKABLE bool wholecharallowed(const QString &testchar) const;
+
+    // Lifecycle with the container
+    /*! Assigns the values of a new control (4 1/7, the container's colours and font, 600 x 600
+     *  twips). The constructor runs it. */
+    void InitProperties();
+    /*! Restores the persisted properties from \a bag; errors are absorbed. */
+    void ReadProperties(const propertybag &bag);
+    /*! Saves the persisted properties into \a bag, leaving out values equal to the defaults. */
+    void WriteProperties(propertybag &bag) const;
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+Q_SIGNALS:
+    void fractionvaluechanged(const QString &oldsign, const QString &oldwhole, const QString &oldnumer,
+                              const QString &olddenom, const QString &newsign, const QString &newwhole,
+                              const QString &newnumer, const QString &newdenom);
+    void wholepartclick();
+    void denominatorclick();
+    void numeratorclick();
+    void separatorclick();
+    void insidenotcontentclick();
+    void MouseDown(qint16 Button, qint16 Shift, float X, float Y);
+    /*! A persisted property changed (the container's property-change notification). */
+    void propertychanged(const QString &name);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    // Value helpers
+    static QStringList fractiontoarray(const fractioni *control);
+    void applywholepart(const QString &text);
+    void setforecolors(quint32 olecolor);
+    bool validfieldtext(const QLineEdit *field, const QString &text) const;
+    bool validwholetext(const QString &text) const;
+    bool validnumertext(const QString &text) const;
+    bool validdenomtext(const QString &text) const;
+    static bool allcharsallowed(const QVariant &set, const QString &text);
+    static bool charinset(const QVariant &set, const QString &ch);
+    static bool singlecharsonly(const QVariant &candidate);
+    static QStringList uniquechars(const QStringList &candidate);
+    static QStringList defaultallowedchars();
+    bool setallowedchars(QVariant &set, const QVariant &value);
+    void navigatefields(QLineEdit *field, int key);
+    void fieldedited(QLineEdit *field);
+    bool usermode() const;
+
+    // Layout helpers (twips)
+    void resizeprocedure();
+    void sizecontrol(QWidget *child, double width, double height);
+    void placecontrol(QWidget *child, double left, double top);
+    void setcontrolfont(QWidget *control, const QFont &source, double size);
+    double centeroffset(const QString &numer, const QString &denom) const;
+    double arrangefields();
+    double textwidth(const QWidget *field, const QString &text) const;
+    double textheight(const QWidget *field, const QString &text) const;
+    double twipwidth() const;
+    double twipheight() const;
+    void settwipsize(double width, double height);
+    QRectF twiprect(const QWidget *child) const;
+    void fontchanged();
+    void closingsteps(const QString &name);
+    void updateaccessibility();
+
+    // Mouse on the fields and the grip, seen through eventFilter; true when consumed
+    bool childmouseevent(QObject *watched, QEvent *event);
+
+    // Child fields
+    QLineEdit *wholepart = nullptr;
+    QLineEdit *numerator = nullptr;
+    QLineEdit *denominator = nullptr;
+    QWidget *lblgrip = nullptr;
+
+    // Value
+    QString m_wholepart;
+    QString m_numerator;
+    QString m_denominator;
+    bool m_forcesign = false;
+    bool m_autoreplace = false;
+    fractiontype m_fractype = fracnumeric;
+    bool m_reapplying = false;
+
+    // Appearance
+    bool m_fractionslash = true;
+    quint32 m_backcolor = 0xFFFFFF;
+    bool m_userresizeable = false;
+    fracBorderstyle m_borderstyle = borderstylenone;
+    quint32 m_negforecolor = 0x0000FF;
+    quint32 m_posforecolor = 0;
+    quint32 m_wholepartbackcolor = 0xFFFFFF;
+    quint32 m_numeratorbackcolor = 0xFFFFFF;
+    quint32 m_denominatorbackcolor = 0xFFFFFF;
+    QFont m_font;
+    bool m_fracpartvisible = true;
+
+    // Text entry
+    QVariant m_wholeallowedchars;
+    QVariant m_numerallowedchars;
+    QVariant m_denomallowedchars;
+    bool m_wholepartlocked = false;
+    bool m_numeratorlocked = false;
+    bool m_denominatorlocked = false;
+    qint16 lastselstart = 0;
+
+    // Layout state, in twips
+    double gapx = 30;
+    double gapy = 30;
+    double lastwidth = 0;
+    double lastheight = 0;
+    bool startingup = true;
+    bool inresize = false;
+
+    // Window and grip drag
+    QPointer<QObject> m_container;
+    bool m_griptracking = false;
+    QPoint m_gripstart;
+    QSize m_gripstartsize;
+};
+
+} // namespace kelfractionint

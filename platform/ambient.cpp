@@ -1,0 +1,62 @@
+#include "ambient.h"
+
+#include "twips.h"
+
+#include <QApplication>
+#include <QPalette>
+#include <QWidget>
+
+namespace kelfractionint::ambient {
+
+namespace {
+const char designproperty[] = "_kel_designmode";
+bool processdesignmode = false;
+} // namespace
+
+quint32 backcolor(const QWidget *control)
+{
+    const QWidget *parent = control ? control->parentWidget() : nullptr;
+    if (!parent)
+        return 0xFFFFFF;
+    return tooleColor(parent->palette().color(QPalette::Window));
+}
+
+QFont font(const QWidget *control)
+{
+    const QWidget *parent = control ? control->parentWidget() : nullptr;
+    return parent ? parent->font() : QApplication::font();
+}
+
+bool usermode(const QWidget *control)
+{
+    if (processdesignmode)
+        return false;
+    for (const QWidget *w = control; w; w = w->parentWidget()) {
+        if (isdesignmode(w))
+            return false;
+    }
+    return true;
+}
+
+void setdesignmode(QWidget *widget, bool design)
+{
+    if (widget)
+        widget->setProperty(designproperty, design ? QVariant(true) : QVariant());
+}
+
+bool isdesignmode(const QWidget *widget)
+{
+    return widget && widget->property(designproperty).toBool();
+}
+
+void setdefaultdesignmode(bool design)
+{
+    processdesignmode = design;
+}
+
+bool defaultdesignmode()
+{
+    return processdesignmode;
+}
+
+} // namespace kelfractionint::ambient

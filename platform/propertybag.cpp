@@ -1,0 +1,102 @@
+#include "propertybag.h"
+
+#include <QSettings>
+
+#include <algorithm>
+
+namespace kelfractionint {
+
+propertybag::~propertybag() = default;
+
+QVariant propertybag::readproperty(const QString &name, const QVariant &defaultvalue) const
+{
+    QVariant value;
+    if (!load(name, value))
+        return defaultvalue;
+    return value;
+}
+
+void propertybag::writeproperty(const QString &name, const QVariant &value, const QVariant &defaultvalue)
+{
+    // A value equal to its default is left out, so that a later change of the default reaches
+    // every bag that never differed from it.
+    if (defaultvalue.isValid() && value == defaultvalue)
+        remove(name);
+    else
+        store(name, value);
+}
+
+QStringList memorypropertybag::keys() const
+{
+    QStringList names;
+    names.reserve(qsizetype(m_entries.size()));
+    for (const auto &entry : m_entries)
+        names.append(entry.first);
+    return names;
+}
+
+bool memorypropertybag::load(const QString &name, QVariant &value) const
+{
+    const auto it = std::find_if(m_entries.begin(), m_entries.end(),
+                                 [&](const auto &entry) { return entry.first == name; });
+    if (it == m_entries.end())
+        return false;
+    value = it->second;
+    return true;
+}
+
+void memorypropertybag::store(const QString &name, const QVariant &value)
+{
+    const auto it = std::find_if(m_entries.begin(), m_entries.end(),
+                                 [&](const auto &entry) { return entry.first == name; });
+    if (it == m_entries.end())
+        m_entries.emplace_back(name, value);
+    else
+        it->second = value;
+}
+
+void memorypropertybag::remove(const QString &name)
+{
+    std::erase_if(m_entries, [&](const auto &entry) { return entry.first == name; });
+}
+
+settingspropertybag::settingspropertybag(QSettings &settings, const QString &group)
+    : m_settings(settings), m_group(group)
+{
+}
+
+QString settingspropertybag::keypath(const QString &name) const
+{
+    return m_group.isEmpty() ? name : m_group + QLatin1Char('/') + name;
+}
+
+QStringList settingspropertybag::keys() const
+{
+    if (m_group.isEmpty())
+        return m_settings.childKeys();
+    m_settings.beginGroup(m_group);
+    const QStringList names = m_settings.childKeys();
+    m_settings.endGroup();
+    return names;
+}
+
+bool settingspropertybag::load(const QString &name, QVariant &value) const
+{
+    const QString path = keypath(name);
+    if (!m_settings.contains(path))
+        return false;
+    value = m_settings.value(path);
+    return true;
+}
+
+void settingspropertybag::store(const QString &name, const QVariant &value)
+{
+    m_settings.setValue(keypath(name), value);
+}
+
+void settingspropertybag::remove(const QString &name)
+{
+    m_settings.remove(keypath(name));
+}
+
+} // namespace kelfractionint
