@@ -34,6 +34,7 @@ private:
 namespace errnum {
 inline constexpr int invalidcall = 5;
 inline constexpr int overflow = 6;
+inline constexpr int outofmemory = 7;
 inline constexpr int subscript = 9;
 inline constexpr int divisionbyzero = 11;
 inline constexpr int typemismatch = 13;

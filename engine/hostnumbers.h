@@ -24,7 +24,8 @@ struct numberlocale
 MODFRACGLOBAL_EXPORT numberlocale systemnumberlocale();
 /*! The separators in force. */
 MODFRACGLOBAL_EXPORT numberlocale currentnumberlocale();
-/*! Sets the separators in force. */
+/*! Sets the separators in force. An empty decimal separator means "."; a grouping separator
+ *  equal to the decimal one is dropped. */
 MODFRACGLOBAL_EXPORT void setnumberlocale(const numberlocale &locale);
 
 /*! Text to a 32-bit integer: blanks around, a leading sign, grouping separators ignored, a decimal
@@ -32,6 +33,9 @@ MODFRACGLOBAL_EXPORT void setnumberlocale(const numberlocale &locale);
 MODFRACGLOBAL_EXPORT std::int32_t texttolong(std::string_view text);
 /*! Text to a double by the same rules. Raises 13 or 6. */
 MODFRACGLOBAL_EXPORT double texttodouble(std::string_view text);
+/*! A double to a 32-bit integer, rounded half to even. Raises 6 beyond the 32-bit range (and
+ *  for a value that is no number). */
+MODFRACGLOBAL_EXPORT std::int32_t roundtolong(double value);
 /*! The host's text of a double: shortest form with at most 15 significant digits, the locale's
  *  decimal separator, no trailing zeros. */
 MODFRACGLOBAL_EXPORT std::string doubletotext(double value);

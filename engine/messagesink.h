@@ -21,4 +21,18 @@ MODFRACGLOBAL_EXPORT messagesink setmessagesink(messagesink sink);
 /*! Shows \a text through the installed sink. */
 MODFRACGLOBAL_EXPORT void showmessage(const std::string &text);
 
+/*! Installs a sink for the lifetime of the object and restores the previous one afterwards:
+ *  the usual way for a test or a script run to capture the messages it causes. */
+class MODFRACGLOBAL_EXPORT scopedmessagesink
+{
+public:
+    explicit scopedmessagesink(messagesink sink);
+    ~scopedmessagesink();
+    scopedmessagesink(const scopedmessagesink &) = delete;
+    scopedmessagesink &operator=(const scopedmessagesink &) = delete;
+
+private:
+    messagesink m_previous;
+};
+
 } // namespace modfracglobal

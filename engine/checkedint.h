@@ -1,0 +1,100 @@
+#pragma once
+
+// Internal to the engine: checked 32-bit arithmetic and the shared error handling of its routines.
+
+#include "modfracglobal.h"
+
+#include <cstdint>
+#include <limits>
+#include <new>
+#include <stdexcept>
+#include <string>
+
+namespace modfracglobal::detail {
+
+[[noreturn]] inline void raise(int number)
+{
+    throw automationerror(number);
+}
+
+inline std::int32_t checkedadd(std::int32_t a, std::int32_t b)
+{
+    std::int32_t r;
+    if (__builtin_add_overflow(a, b, &r))
+        raise(errnum::overflow);
+    return r;
+}
+
+inline std::int32_t checkedsub(std::int32_t a, std::int32_t b)
+{
+    std::int32_t r;
+    if (__builtin_sub_overflow(a, b, &r))
+        raise(errnum::overflow);
+    return r;
+}
+
+inline std::int32_t checkedmul(std::int32_t a, std::int32_t b)
+{
+    std::int32_t r;
+    if (__builtin_mul_overflow(a, b, &r))
+        raise(errnum::overflow);
+    return r;
+}
+
+inline std::int32_t checkedabs(std::int32_t a)
+{
+    if (a == std::numeric_limits<std::int32_t>::min())
+        raise(errnum::overflow);
+    return a < 0 ? -a : a;
+}
+
+inline std::int32_t checkeddiv(std::int32_t a, std::int32_t b)
+{
+    if (b == 0)
+        raise(errnum::divisionbyzero);
+    if (b == -1)
+        return checkedsub(0, a);
+    return a / b;
+}
+
+inline std::int32_t checkedmod(std::int32_t a, std::int32_t b)
+{
+    if (b == 0)
+        raise(errnum::divisionbyzero);
+    // The remainder by -1 is 0; computing it would trap for the smallest value.
+    if (b == -1)
+        return 0;
+    return a % b;
+}
+
+/*
+ * Runs one engine routine's body: an error raised inside is reported through the message sink
+ * and goes no further, so that the routine returns whatever result it holds at that moment.
+ */
+template <typename Body>
+void guarded(Body &&body)
+{
+    try {
+        body();
+    } catch (const automationerror &error) {
+        showmessage(error.description());
+    } catch (const std::bad_alloc &) {
+        showmessage(automationerror::standarddescription(errnum::outofmemory));
+    } catch (const std::length_error &) {
+        showmessage(automationerror::standarddescription(errnum::outofmemory));
+    }
+}
+
+} // namespace modfracglobal::detail
+
+namespace modfracglobal::detail {
+
+/*! listgcd of the two entries, without building a list when both are non-negative and not
+ *  both zero (the common case of reducing a fraction). */
+std::int32_t pairgcd(std::int32_t a, std::int32_t b);
+/*! "-" followed by the magnitude's text when \a source is negative, else the magnitude's text. */
+std::string signedwhole(const FractionText &source, std::int32_t magnitude);
+/*! True when the record's whole part begins with "-". */
+bool isnegative(const FractionText &fraction);
+
+} // namespace modfracglobal::detail

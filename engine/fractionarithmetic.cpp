@@ -1,0 +1,101 @@
+// Sums and products of fraction lists.
+
+#include "modfracglobal.h"
+
+#include "checkedint.h"
+
+namespace modfracglobal {
+
+using namespace detail;
+
+FractionResult straddfractions(const FractionList &fractions)
+{
+    FractionResult result;
+    guarded([&] {
+        if (fractions.empty())
+            raise(errnum::subscript);
+        const std::size_t count = fractions.size();
+        LongList wholes(count);
+        LongList numerators(count);
+        LongList denominators(count);
+        for (std::size_t i = 0; i < count; ++i) {
+            const FractionText &row = fractions[i];
+            wholes[i] = partvalue(row[0]);
+            numerators[i] = partvalue(row[1]);
+            const std::int32_t d = partvalue(row[2]);
+            if (isnegative(row)) {
+                wholes[i] = -wholes[i];
+                numerators[i] = -numerators[i];
+            }
+            denominators[i] = d != 0 ? d : 1;
+        }
+        // The least common multiple, not the product: sums stay small and overflow late.
+        LongList common = denominators;
+        const std::int32_t lcm = listlcm(common);
+        std::int32_t wholesum = 0;
+        std::int32_t numeratorsum = 0;
+        for (std::size_t i = 0; i < count; ++i) {
+            const std::int32_t scaled = checkedmul(checkeddiv(lcm, denominators[i]), numerators[i]);
+            wholesum = checkedadd(wholesum, wholes[i]);
+            numeratorsum = checkedadd(numeratorsum, scaled);
+        }
+        const std::int32_t total = checkedadd(checkedmul(wholesum, lcm), numeratorsum);
+        // The record is filled part by part, so a failure on the way leaves what was written.
+        result.emplace();
+        if (total < 0)
+            (*result)[0] = std::string(1, '-');
+        (*result)[1] = parttext(checkedabs(total));
+        (*result)[2] = parttext(lcm);
+    });
+    return result;
+}
+
+FractionResult strmultiplyfractions(FractionList &fractions)
+{
+    FractionResult result;
+    guarded([&] {
+        if (fractions.empty())
+            raise(errnum::subscript);
+        for (FractionText &row : fractions) {
+            const FractionResult improper = strmixedtofrac(row);
+            if (!improper)
+                raise(errnum::subscript);
+            row = *improper;
+        }
+        // No common factors are cancelled: hosts see the unreduced product (and its overflow).
+        std::int32_t numerator = 1;
+        std::int32_t denominator = 1;
+        for (const FractionText &row : fractions) {
+            std::int32_t n = partvalue(row[1]);
+            const std::int32_t d = partvalue(row[2]);
+            if (isnegative(row))
+                n = -n;
+            numerator = checkedmul(n, numerator);
+            denominator = checkedmul(d, denominator);
+        }
+        result.emplace();
+        (*result)[2] = parttext(denominator);
+        (*result)[1] = parttext(checkedabs(numerator));
+        if (numerator < 0)
+            (*result)[0] = std::string(1, '-');
+    });
+    return result;
+}
+
+FractionResult strdividefractions(FractionList &fractions)
+{
+    FractionResult result;
+    guarded([&] {
+        if (fractions.empty())
+            raise(errnum::subscript);
+        // An empty divisor yields the marker (empty, empty, "-") that callers test for.
+        if (fractions.size() > 1 && isemptyfraction(fractions[1])) {
+            result = FractionText{"", "", "-"};
+            return;
+        }
+        result = strmultiplyfractions(fractions);
+    });
+    return result;
+}
+
+} // namespace modfracglobal

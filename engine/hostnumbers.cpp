@@ -1,0 +1,315 @@
+#include "hostnumbers.h"
+
+#include "automationerror.h"
+
+#include <charconv>
+#include <clocale>
+#include <cmath>
+#include <limits>
+#include <string>
+#include <system_error>
+
+namespace modfracglobal {
+
+namespace {
+
+numberlocale normalized(numberlocale locale)
+{
+    if (locale.decimal.empty())
+        locale.decimal = ".";
+    // A grouping separator equal to the decimal one could never be told apart from it.
+    if (locale.grouping == locale.decimal)
+        locale.grouping.clear();
+    return locale;
+}
+
+numberlocale &activelocale()
+{
+    static numberlocale locale = systemnumberlocale();
+    return locale;
+}
+
+bool isblank(char c)
+{
+    return c == ' ' || c == '\t';
+}
+
+bool isdigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
+
+bool startswith(std::string_view text, std::size_t at, const std::string &prefix)
+{
+    return !prefix.empty() && text.compare(at, prefix.size(), prefix) == 0;
+}
+
+/*
+ * One pass over a number text by the host's rules: blanks around, a leading sign, digits with
+ * grouping separators in the integer part, one decimal separator, an exponent. The integer part's
+ * value is accumulated on the way (saturating) so that plain integers need no second pass; when
+ * \a normal is given it receives the number in the form std::from_chars reads.
+ */
+struct scannednumber
+{
+    bool negative = false;
+    bool plaininteger = true; // no fraction digits, no exponent
+    bool intoverflow = false; // the integer part alone is beyond 2^32
+    std::uint64_t intvalue = 0;
+    int magnitude = 0;        // decimal exponent of the leading significant digit, roughly
+    bool allzero = true;
+};
+
+bool scannumber(std::string_view text, const numberlocale &locale, scannednumber &out,
+                std::string *normal)
+{
+    std::size_t i = 0;
+    std::size_t end = text.size();
+    while (i < end && isblank(text[i]))
+        ++i;
+    while (end > i && isblank(text[end - 1]))
+        --end;
+    if (i < end && (text[i] == '+' || text[i] == '-')) {
+        out.negative = text[i] == '-';
+        ++i;
+    }
+    if (normal && out.negative)
+        normal->push_back('-');
+
+    std::size_t intdigits = 0;
+    std::size_t significantint = 0;
+    while (i < end) {
+        const char c = text[i];
+        if (isdigit(c)) {
+            ++intdigits;
+            if (c != '0' || significantint > 0)
+                ++significantint;
+            if (!out.intoverflow) {
+                out.intvalue = out.intvalue * 10 + std::uint64_t(c - '0');
+                if (out.intvalue > 0xFFFFFFFFull)
+                    out.intoverflow = true;
+            }
+            if (normal)
+                normal->push_back(c);
+            ++i;
+            continue;
+        }
+        if (startswith(text, i, locale.decimal))
+            break;
+        if (intdigits > 0 && startswith(text, i, locale.grouping)) {
+            i += locale.grouping.size();
+            continue;
+        }
+        break;
+    }
+
+    std::size_t fracdigits = 0;
+    std::size_t leadingfraczeros = 0;
+    if (startswith(text, i, locale.decimal)) {
+        i += locale.decimal.size();
+        if (normal) {
+            if (intdigits == 0)
+                normal->push_back('0');
+            normal->push_back('.');
+        }
+        while (i < end && isdigit(text[i])) {
+            if (text[i] != '0')
+                out.allzero = false;
+            else if (fracdigits == leadingfraczeros)
+                ++leadingfraczeros;
+            ++fracdigits;
+            if (normal)
+                normal->push_back(text[i]);
+            ++i;
+        }
+        if (fracdigits > 0)
+            out.plaininteger = false;
+        else if (normal)
+            normal->push_back('0');
+    }
+    if (intdigits + fracdigits == 0)
+        return false;
+    if (significantint > 0)
+        out.allzero = false;
+
+    long long exponent = 0;
+    if (i < end && (text[i] == 'e' || text[i] == 'E')) {
+        ++i;
+        out.plaininteger = false;
+        bool negexp = false;
+        if (normal)
+            normal->push_back('e');
+        if (i < end && (text[i] == '+' || text[i] == '-')) {
+            negexp = text[i] == '-';
+            if (normal)
+                normal->push_back(text[i]);
+            ++i;
+        }
+        std::size_t expdigits = 0;
+        while (i < end && isdigit(text[i])) {
+            if (exponent < 1000000)
+                exponent = exponent * 10 + (text[i] - '0');
+            if (normal)
+                normal->push_back(text[i]);
+            ++expdigits;
+            ++i;
+        }
+        if (expdigits == 0)
+            return false;
+        if (negexp)
+            exponent = -exponent;
+    }
+    if (i != end)
+        return false;
+
+    const long long lead = significantint > 0 ? static_cast<long long>(significantint) - 1
+                                              : -static_cast<long long>(leadingfraczeros) - 1;
+    const long long magnitude = lead + exponent;
+    out.magnitude = magnitude > 100000 ? 100000 : (magnitude < -100000 ? -100000 : int(magnitude));
+    return true;
+}
+
+enum class conversion { ok, notanumber, overflow };
+
+conversion convertdouble(std::string_view text, double &value)
+{
+    scannednumber scanned;
+    std::string normal;
+    normal.reserve(text.size() + 2);
+    if (!scannumber(text, activelocale(), scanned, &normal))
+        return conversion::notanumber;
+    if (scanned.allzero) {
+        value = scanned.negative ? -0.0 : 0.0;
+        return conversion::ok;
+    }
+    double parsed = 0;
+    const auto [ptr, ec] = std::from_chars(normal.data(), normal.data() + normal.size(), parsed);
+    if (ec == std::errc::result_out_of_range) {
+        // Too small underflows to zero; too large does not fit a double.
+        if (scanned.magnitude > 0)
+            return conversion::overflow;
+        value = scanned.negative ? -0.0 : 0.0;
+        return conversion::ok;
+    }
+    if (ec != std::errc() || ptr != normal.data() + normal.size())
+        return conversion::notanumber;
+    if (!std::isfinite(parsed))
+        return conversion::overflow;
+    value = parsed;
+    return conversion::ok;
+}
+
+} // namespace
+
+numberlocale systemnumberlocale()
+{
+    numberlocale result;
+    result.grouping.clear();
+    const char *current = std::setlocale(LC_NUMERIC, nullptr);
+    const std::string saved = current ? current : "C";
+    if (std::setlocale(LC_NUMERIC, "")) {
+        if (const std::lconv *conv = std::localeconv()) {
+            if (conv->decimal_point && *conv->decimal_point)
+                result.decimal = conv->decimal_point;
+            if (conv->thousands_sep)
+                result.grouping = conv->thousands_sep;
+        }
+        std::setlocale(LC_NUMERIC, saved.c_str());
+    }
+    // Locales without grouping (C, POSIX) still read the other punctuation mark as one.
+    if (result.grouping.empty())
+        result.grouping = result.decimal == "," ? "." : ",";
+    return normalized(result);
+}
+
+numberlocale currentnumberlocale()
+{
+    return activelocale();
+}
+
+void setnumberlocale(const numberlocale &locale)
+{
+    activelocale() = normalized(locale);
+}
+
+std::int32_t texttolong(std::string_view text)
+{
+    scannednumber scanned;
+    if (!scannumber(text, activelocale(), scanned, nullptr))
+        throw automationerror(errnum::typemismatch);
+    if (scanned.plaininteger) {
+        const std::uint64_t limit = scanned.negative ? 2147483648ull : 2147483647ull;
+        if (scanned.intoverflow || scanned.intvalue > limit)
+            throw automationerror(errnum::overflow);
+        return scanned.negative ? static_cast<std::int32_t>(-static_cast<std::int64_t>(scanned.intvalue))
+                                : static_cast<std::int32_t>(scanned.intvalue);
+    }
+    return roundtolong(texttodouble(text));
+}
+
+double texttodouble(std::string_view text)
+{
+    double value = 0;
+    switch (convertdouble(text, value)) {
+    case conversion::ok:
+        return value;
+    case conversion::overflow:
+        throw automationerror(errnum::overflow);
+    case conversion::notanumber:
+        break;
+    }
+    throw automationerror(errnum::typemismatch);
+}
+
+std::int32_t roundtolong(double value)
+{
+    const double rounded = std::nearbyint(value);
+    if (!(rounded >= -2147483648.0 && rounded <= 2147483647.0))
+        throw automationerror(errnum::overflow);
+    return static_cast<std::int32_t>(rounded);
+}
+
+std::string doubletotext(double value)
+{
+    if (value == 0)
+        return "0";
+    char buffer[64];
+    const auto [end, ec] = std::to_chars(buffer, buffer + sizeof buffer, value,
+                                         std::chars_format::general, 15);
+    if (ec != std::errc())
+        return std::string();
+    const std::string &decimal = activelocale().decimal;
+    std::string text;
+    text.reserve(std::size_t(end - buffer) + decimal.size());
+    for (const char *p = buffer; p != end; ++p) {
+        if (*p == '.')
+            text += decimal;
+        else if (*p == 'e')
+            text += 'E';
+        else
+            text += *p;
+    }
+    return text;
+}
+
+double roundtodecimals(double value, std::int32_t decimals)
+{
+    if (decimals < 0)
+        throw automationerror(errnum::invalidcall);
+    if (!std::isfinite(value) || decimals > 308)
+        return value;
+    const double scale = std::pow(10.0, decimals);
+    const double scaled = value * scale;
+    // Beyond 2^52 a double holds no fraction any more: nothing is left to round.
+    if (!std::isfinite(scaled) || std::fabs(scaled) >= 4503599627370496.0)
+        return value;
+    return std::nearbyint(scaled) / scale;
+}
+
+bool isnumerictext(std::string_view text)
+{
+    double value = 0;
+    return convertdouble(text, value) == conversion::ok;
+}
+
+} // namespace modfracglobal

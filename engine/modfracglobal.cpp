@@ -1,0 +1,215 @@
+#include "modfracglobal.h"
+
+#include "checkedint.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace modfracglobal {
+
+using namespace detail;
+
+namespace {
+
+// More rounds than any list of positive entries needs; lists with negative entries can cycle
+// for ever, and are stopped here as the host's call stack would stop the recursion.
+constexpr int maxgcdrounds = 10000;
+
+bool isnegativetext(std::string_view text)
+{
+    return !text.empty() && text.front() == '-';
+}
+
+std::size_t stepdownindex(const LongList &list)
+{
+    std::size_t chosen = 0;
+    for (std::size_t i = 1; i < list.size(); ++i) {
+        if (list[i] < list[i - 1])
+            chosen = i;
+    }
+    return chosen;
+}
+
+void reducebyentry(LongList &list, std::size_t chosen)
+{
+    const std::int32_t divisor = list[chosen];
+    for (std::size_t i = 0; i < list.size(); ++i) {
+        if (i != chosen)
+            list[i] = checkedmod(list[i], divisor);
+    }
+}
+
+std::int32_t gcdrounds(const LongList &list)
+{
+    LongList work;
+    work.reserve(list.size());
+    std::copy_if(list.begin(), list.end(), std::back_inserter(work), [](std::int32_t v) { return v != 0; });
+    if (work.empty()) {
+        // No entry to divide by: every step reports its own failure, as callers have seen it.
+        const LongList kept = removezeros(list);
+        LongList reduced = kept;
+        reduced = modbymin(reduced);
+        if (reduced.empty())
+            raise(errnum::subscript);
+        return reduced.front();
+    }
+    for (int round = 0; work.size() > 1; ++round) {
+        if (round == maxgcdrounds)
+            raise(errnum::outofstack);
+        reducebyentry(work, stepdownindex(work));
+        work.erase(std::remove(work.begin(), work.end(), 0), work.end());
+    }
+    return work.front();
+}
+
+} // namespace
+
+namespace detail {
+
+std::int32_t pairgcd(std::int32_t a, std::int32_t b)
+{
+    if (a >= 0 && b >= 0 && (a | b) != 0)
+        return std::gcd(a, b);
+    LongList list{a, b};
+    return listgcd(list);
+}
+
+std::string signedwhole(const FractionText &source, std::int32_t magnitude)
+{
+    return isnegativetext(source[0]) ? "-" + parttext(magnitude) : parttext(magnitude);
+}
+
+bool isnegative(const FractionText &fraction)
+{
+    return isnegativetext(fraction[0]);
+}
+
+} // namespace detail
+
+std::int32_t partvalue(std::string_view part)
+{
+    std::int32_t result = 0;
+    guarded([&] {
+        if (part.empty() || part == "+" || part == "-")
+            return;
+        result = checkedabs(texttolong(part));
+    });
+    return result;
+}
+
+std::string parttext(std::int32_t value)
+{
+    if (value == 0)
+        return std::string();
+    return std::to_string(value);
+}
+
+bool isemptypart(std::string_view part)
+{
+    return part.empty();
+}
+
+bool isemptyfraction(const FractionText &fraction)
+{
+    return fraction[0].empty() && fraction[1].empty() && fraction[2].empty();
+}
+
+std::int32_t decimalcount(std::string_view number)
+{
+    std::size_t at = number.find(',');
+    if (at == std::string_view::npos)
+        at = number.find('.');
+    if (at == std::string_view::npos)
+        return 0;
+    // Characters, not bytes: continuation bytes of UTF-8 do not count.
+    const auto tail = number.substr(at + 1);
+    const auto count = std::count_if(tail.begin(), tail.end(), [](char c) {
+        return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
+    });
+    return static_cast<std::int32_t>(std::min<std::ptrdiff_t>(count, std::numeric_limits<std::int32_t>::max()));
+}
+
+bool haspercentsign(std::string_view text)
+{
+    return text.find('%') != std::string_view::npos;
+}
+
+bool hasdecimalsep(std::string_view text)
+{
+    return text.find_first_of(",.") != std::string_view::npos;
+}
+
+LongList removezeros(const LongList &list)
+{
+    LongList result;
+    guarded([&] {
+        LongList kept;
+        kept.reserve(list.size());
+        std::copy_if(list.begin(), list.end(), std::back_inserter(kept), [](std::int32_t v) { return v != 0; });
+        // The result starts with one spare slot that is dropped at the end; with nothing kept
+        // there is nothing to drop.
+        if (kept.empty())
+            raise(errnum::subscript);
+        result = std::move(kept);
+    });
+    return result;
+}
+
+std::int32_t minindex(const LongList &list)
+{
+    std::int32_t result = 0;
+    guarded([&] {
+        if (list.empty())
+            raise(errnum::subscript);
+        result = static_cast<std::int32_t>(stepdownindex(list));
+    });
+    return result;
+}
+
+LongList modbymin(LongList &list)
+{
+    LongList result;
+    guarded([&] {
+        const std::int32_t chosen = minindex(list);
+        if (list.empty())
+            raise(errnum::subscript);
+        reducebyentry(list, static_cast<std::size_t>(chosen));
+        result = list;
+    });
+    return result;
+}
+
+std::int32_t listgcd(LongList &list)
+{
+    std::int32_t result = 0;
+    guarded([&] { result = gcdrounds(list); });
+    return result;
+}
+
+std::int32_t listlcm(LongList &list)
+{
+    std::int32_t result = 0;
+    guarded([&] {
+        if (list.empty())
+            raise(errnum::subscript);
+        if (std::find(list.begin(), list.end(), 0) != list.end()) {
+            result = -1;
+            return;
+        }
+        for (std::int32_t &entry : list)
+            entry = checkedabs(entry);
+        // Counting through the multiples of one entry stops at the first multiple of all of them,
+        // the least common multiple, and overflows exactly when that is beyond 32 bits; gcd
+        // steps give the same answer in time that grows with the digits, not the value.
+        std::int64_t lcm = 1;
+        for (const std::int32_t entry : list) {
+            lcm = lcm / std::gcd(lcm, std::int64_t(entry)) * entry;
+            if (lcm > std::numeric_limits<std::int32_t>::max())
+                raise(errnum::overflow);
+        }
+        result = static_cast<std::int32_t>(lcm);
+    });
+    return result;
+}
+
+} // namespace modfracglobal

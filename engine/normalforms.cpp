@@ -1,0 +1,143 @@
+// Rewriting one fraction into an equal value of another form.
+
+#include "modfracglobal.h"
+
+#include "checkedint.h"
+
+namespace modfracglobal {
+
+using namespace detail;
+
+namespace {
+
+bool hasnofractionpart(const FractionText &fraction)
+{
+    return fraction[1].empty() || fraction[2].empty();
+}
+
+} // namespace
+
+FractionResult strreduce(const FractionText &fraction)
+{
+    FractionResult result;
+    guarded([&] {
+        if (hasnofractionpart(fraction)) {
+            result = fraction;
+            return;
+        }
+        std::int32_t n = partvalue(fraction[1]);
+        std::int32_t d = partvalue(fraction[2]);
+        const std::int32_t g = checkedabs(pairgcd(n, d));
+        n = checkeddiv(n, g);
+        d = checkeddiv(d, g);
+        FractionText reduced;
+        reduced[1] = parttext(n);
+        reduced[2] = parttext(d);
+        reduced[0] = signedwhole(fraction, partvalue(fraction[0]));
+        result = std::move(reduced);
+    });
+    return result;
+}
+
+FractionResult strfractomixed(const FractionText &fraction)
+{
+    FractionResult result;
+    guarded([&] {
+        if (hasnofractionpart(fraction)) {
+            result = fraction;
+            return;
+        }
+        std::int32_t w = partvalue(fraction[0]);
+        std::int32_t n = partvalue(fraction[1]);
+        const std::int32_t d = partvalue(fraction[2]);
+        const std::int32_t q = checkeddiv(n, d);
+        w = checkedadd(w, q);
+        n = checkedsub(n, checkedmul(d, q));
+        // A remainder of 0 leaves an empty numerator over the old denominator; hosts rely on
+        // that record to tell a whole result from a reduced one.
+        FractionText mixed;
+        mixed[1] = parttext(n);
+        mixed[2] = parttext(d);
+        mixed[0] = signedwhole(fraction, w);
+        result = std::move(mixed);
+    });
+    return result;
+}
+
+FractionResult strexpand(const FractionText &fraction, std::int32_t factor)
+{
+    FractionResult result;
+    guarded([&] {
+        if (factor <= 0 || hasnofractionpart(fraction)) {
+            result = fraction;
+            return;
+        }
+        const std::int32_t w = partvalue(fraction[0]);
+        const std::int32_t n = checkedmul(partvalue(fraction[1]), factor);
+        const std::int32_t d = checkedmul(partvalue(fraction[2]), factor);
+        FractionText expanded;
+        expanded[1] = parttext(n);
+        expanded[2] = parttext(d);
+        expanded[0] = signedwhole(fraction, w);
+        result = std::move(expanded);
+    });
+    return result;
+}
+
+FractionResult strmixedtofrac(const FractionText &fraction)
+{
+    FractionResult result;
+    guarded([&] {
+        if (isemptyfraction(fraction)) {
+            result = FractionText{};
+            return;
+        }
+        if (hasdecimalsep(fraction[0]) || haspercentsign(fraction[0])) {
+            result = fraction;
+            return;
+        }
+        std::int32_t w = partvalue(fraction[0]);
+        std::int32_t n = partvalue(fraction[1]);
+        std::int32_t d = 1;
+        if (fraction[2].empty()) {
+            // A whole number becomes itself over 1; a numerator without denominator is dropped,
+            // as hosts have always seen it.
+            n = w;
+            w = 0;
+        } else {
+            d = partvalue(fraction[2]);
+        }
+        n = checkedadd(checkedmul(w, d), n);
+        FractionText improper;
+        improper[1] = parttext(n);
+        improper[2] = parttext(d);
+        if (isnegative(fraction))
+            improper[0] = std::string(1, '-');
+        result = std::move(improper);
+    });
+    return result;
+}
+
+FractionResult strinvert(const FractionText &fraction)
+{
+    FractionResult result;
+    guarded([&] {
+        if (hasnofractionpart(fraction)) {
+            result = fraction;
+            return;
+        }
+        const FractionResult improper = strmixedtofrac(fraction);
+        if (!improper)
+            raise(errnum::subscript);
+        // The new denominator is a plain conversion of the numerator's text, so a zero value
+        // (empty numerator) fails with a type mismatch; hosts rely on getting no result then.
+        FractionText inverted;
+        inverted[1] = (*improper)[2];
+        inverted[2] = std::to_string(texttolong((*improper)[1]));
+        inverted[0] = (*improper)[0];
+        result = std::move(inverted);
+    });
+    return result;
+}
+
+} // namespace modfracglobal
