@@ -1,0 +1,93 @@
+#include "propertypagedialog.h"
+
+#include "propertypage.h"
+
+#include "automationerror.h"
+#include "messagesink.h"
+
+#include <QDialogButtonBox>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+namespace kelfractionint {
+
+propertypagedialog::propertypagedialog(QWidget *parent)
+    : QDialog(parent)
+    , m_tabs(new QTabWidget(this))
+    , m_buttons(new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel | QDialogButtonBox::Apply, this))
+{
+    setObjectName(QStringLiteral("propertypagedialog"));
+    setWindowTitle(tr("Property Pages"));
+    m_tabs->setObjectName(QStringLiteral("pages"));
+    m_buttons->setObjectName(QStringLiteral("buttons"));
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(m_tabs);
+    layout->addWidget(m_buttons);
+    connect(m_buttons, &QDialogButtonBox::accepted, this, &propertypagedialog::accept);
+    connect(m_buttons, &QDialogButtonBox::rejected, this, &propertypagedialog::reject);
+    connect(applybutton(), &QPushButton::clicked, this, &propertypagedialog::apply);
+    updateapply();
+}
+
+propertypagedialog::~propertypagedialog() = default;
+
+void propertypagedialog::addpage(propertypage *page)
+{
+    m_pages.append(page);
+    m_tabs->addTab(page, page->windowTitle());
+    connect(page, &propertypage::Changedchanged, this, &propertypagedialog::updateapply);
+    if (!m_selection.isEmpty())
+        page->setSelectedControls(m_selection);
+    updateapply();
+}
+
+QList<propertypage *> propertypagedialog::pages() const
+{
+    return m_pages;
+}
+
+void propertypagedialog::setSelectedControls(const QList<QObject *> &controls)
+{
+    m_selection = controls;
+    for (propertypage *page : std::as_const(m_pages))
+        page->setSelectedControls(controls);
+}
+
+bool propertypagedialog::apply()
+{
+    for (propertypage *page : std::as_const(m_pages)) {
+        if (!page->Changed())
+            continue;
+        try {
+            page->ApplyChanges();
+        } catch (const modfracglobal::automationerror &error) {
+            m_tabs->setCurrentWidget(page);
+            modfracglobal::showmessage(error.description());
+            return false;
+        }
+        page->setChanged(false);
+    }
+    return true;
+}
+
+QPushButton *propertypagedialog::applybutton() const
+{
+    return m_buttons->button(QDialogButtonBox::Apply);
+}
+
+void propertypagedialog::accept()
+{
+    if (apply())
+        QDialog::accept();
+}
+
+void propertypagedialog::updateapply()
+{
+    bool changed = false;
+    for (const propertypage *page : std::as_const(m_pages))
+        changed = changed || page->Changed();
+    applybutton()->setEnabled(changed);
+}
+
+} // namespace kelfractionint
