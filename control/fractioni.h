@@ -14,7 +14,7 @@
 #include <array>
 
 class QLineEdit;
-class QFocusEvent;
+class QPainter;
 
 namespace kelfractionint {
 
@@ -228,6 +228,8 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    class separatorlayerwidget;
+
     // Value helpers
     static QStringList fractiontoarray(const fractioni *control);
     void applywholepart(const QString &text);
@@ -262,6 +264,7 @@ private:
     void fontchanged();
     void closingsteps(const QString &name);
     void updateaccessibility();
+    void paintseparator(QPainter &painter) const;
 
     // Mouse on the fields and the grip, seen through eventFilter; true when consumed
     bool childmouseevent(QObject *watched, QEvent *event);
@@ -271,6 +274,7 @@ private:
     QLineEdit *numerator = nullptr;
     QLineEdit *denominator = nullptr;
     QWidget *lblgrip = nullptr;
+    QWidget *separatorlayer = nullptr;
 
     // Value
     QString m_wholepart;
@@ -310,6 +314,7 @@ private:
     double lastheight = 0;
     bool startingup = true;
     bool inresize = false;
+    double m_separatoroffset = 0;
 
     // Window and grip drag
     QPointer<QObject> m_container;

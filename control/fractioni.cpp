@@ -1,0 +1,337 @@
+#include "fractioni.h"
+
+#include "ambient.h"
+#include "modfracglobal.h"
+#include "propertybag.h"
+#include "twips.h"
+
+#include <QAccessible>
+#include <QLineEdit>
+#include <QPainter>
+#include <QStyleOptionSizeGrip>
+
+#include <cmath>
+#include <limits>
+
+namespace kelfractionint {
+
+namespace {
+
+// The resize grip in the bottom-right corner, painted as the style's size grip.
+class gripwidget : public QWidget
+{
+public:
+    explicit gripwidget(QWidget *parent) : QWidget(parent)
+    {
+        setCursor(Qt::SizeFDiagCursor);
+        // The grip keeps a font of its own: its size follows that font's "o", not the value's.
+        QFont gripfont = font();
+        gripfont.setPointSizeF(18);
+        setFont(gripfont);
+    }
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        QStyleOptionSizeGrip option;
+        option.initFrom(this);
+        option.corner = Qt::BottomRightCorner;
+        style()->drawControl(QStyle::CE_SizeGrip, &option, &painter, this);
+    }
+};
+
+// Every handler of the lifecycle runs under an error handler of its own: a failing step never
+// reaches the container, and the next step runs.
+template <typename F>
+void absorb(F &&step)
+{
+    try {
+        step();
+    } catch (const std::exception &) {
+    }
+}
+
+void mismatch()
+{
+    throw modfracglobal::automationerror(modfracglobal::errnum::typemismatch);
+}
+
+bool isnumbertype(const QVariant &v)
+{
+    switch (v.typeId()) {
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::Short:
+    case QMetaType::UShort:
+    case QMetaType::Long:
+    case QMetaType::ULong:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+    case QMetaType::Double:
+    case QMetaType::Float:
+    case QMetaType::Char:
+    case QMetaType::SChar:
+    case QMetaType::UChar:
+        return true;
+    default:
+        return false;
+    }
+}
+
+// The conversions of the host: what a property-bag value of a foreign type becomes, or error 13.
+double bagdouble(const QVariant &v)
+{
+    bool ok = false;
+    double value = 0;
+    if (v.typeId() == QMetaType::Bool)
+        return v.toBool() ? -1 : 0;
+    if (isnumbertype(v))
+        value = v.toDouble(&ok);
+    else if (v.typeId() == QMetaType::QString || v.typeId() == QMetaType::QByteArray)
+        value = v.toString().trimmed().toDouble(&ok);
+    if (!ok || !std::isfinite(value))
+        mismatch();
+    return value;
+}
+
+qint64 baglong(const QVariant &v, qint64 low, qint64 high)
+{
+    const double value = std::nearbyint(bagdouble(v));
+    if (value < double(low) || value > double(high))
+        throw modfracglobal::automationerror(modfracglobal::errnum::overflow);
+    return qint64(value);
+}
+
+quint32 bagcolor(const QVariant &v)
+{
+    // Colours come as unsigned or as signed 32-bit values (system colours are negative).
+    return quint32(qint64(baglong(v, std::numeric_limits<qint32>::min(), std::numeric_limits<quint32>::max())));
+}
+
+bool bagbool(const QVariant &v)
+{
+    if (v.typeId() == QMetaType::Bool)
+        return v.toBool();
+    if (v.typeId() == QMetaType::QString) {
+        const QString text = v.toString().trimmed().toLower();
+        if (text == QLatin1String("true"))
+            return true;
+        if (text == QLatin1String("false"))
+            return false;
+    }
+    return bagdouble(v) != 0;
+}
+
+QString bagstring(const QVariant &v)
+{
+    if (v.typeId() == QMetaType::QString)
+        return v.toString();
+    if (v.typeId() == QMetaType::Bool)
+        return v.toBool() ? QStringLiteral("True") : QStringLiteral("False");
+    if (isnumbertype(v))
+        return v.toString();
+    mismatch();
+    return {};
+}
+
+QFont bagfont(const QVariant &v)
+{
+    if (v.typeId() == QMetaType::QFont)
+        return v.value<QFont>();
+    QFont font;
+    if (v.typeId() == QMetaType::QString && font.fromString(v.toString()))
+        return font;
+    // Nothing stored, or no font: the object variable is not set.
+    throw modfracglobal::automationerror(modfracglobal::errnum::objectnotset);
+}
+
+} // namespace
+
+// The layer above the fields on which the separator and the border are drawn; mouse presses
+// pass through it to the control's surface and the fields.
+class fractioni::separatorlayerwidget : public QWidget
+{
+public:
+    explicit separatorlayerwidget(fractioni *control) : QWidget(control), m_control(control)
+    {
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+        setAttribute(Qt::WA_NoSystemBackground);
+        setFocusPolicy(Qt::NoFocus);
+    }
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        m_control->paintseparator(painter);
+    }
+
+private:
+    fractioni *m_control;
+};
+
+fractioni::fractioni(QWidget *parent) : QWidget(parent)
+{
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setAccessibleName(tr("fraction"));
+
+    const std::array<std::pair<QLineEdit **, QString>, 3> fields{{
+        {&wholepart, QStringLiteral("wholepart")},
+        {&numerator, QStringLiteral("numerator")},
+        {&denominator, QStringLiteral("denominator")},
+    }};
+    const std::array<QString, 3> spoken{tr("whole part"), tr("numerator"), tr("denominator")};
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        auto *field = new QLineEdit(this);
+        field->setObjectName(fields[i].second);
+        field->setAccessibleName(spoken[i]);
+        field->setFrame(false);
+        // The field is exactly as wide as its text: the line edit's own inner margin is taken
+        // back, and one pixel more on the right leaves room for the caret.
+        field->setTextMargins(-2, 0, -3, 0);
+        field->installEventFilter(this);
+        connect(field, &QLineEdit::textEdited, this, [this, field] { fieldedited(field); });
+        *fields[i].first = field;
+    }
+    lblgrip = new gripwidget(this);
+    lblgrip->setObjectName(QStringLiteral("lblgrip"));
+    lblgrip->installEventFilter(this);
+    lblgrip->hide();
+    separatorlayer = new separatorlayerwidget(this);
+    separatorlayer->setObjectName(QStringLiteral("separatorlayer"));
+
+    // Initialize
+    absorb([this] {
+        lastwidth = twipwidth();
+        lastheight = twipheight();
+        gapx = 2 * twipsperpixelx(this);
+        gapy = 2 * twipsperpixely(this);
+        m_font = QWidget::font();
+        fontchanged();
+        m_wholeallowedchars = defaultallowedchars();
+        m_numerallowedchars = defaultallowedchars();
+        m_denomallowedchars = defaultallowedchars();
+        startingup = true;
+    });
+    InitProperties();
+}
+
+fractioni::~fractioni() = default;
+
+void fractioni::InitProperties()
+{
+    absorb([this] { setWholepartvalue(QStringLiteral("4")); });
+    absorb([this] { setNumeratorvalue(QStringLiteral("1")); });
+    absorb([this] { setDenominatorvalue(QStringLiteral("7")); });
+    absorb([this] { setUserresizeable(false); });
+    absorb([this] { setAutoreplace(false); });
+    absorb([this] { setForcesign(false); });
+    absorb([this] { setBorderstyle(borderstylenone); });
+    absorb([this] { setNegforecolor(0x0000FF); });
+    absorb([this] { setPosforecolor(0); });
+    absorb([this] { setFractionslash(true); });
+    const quint32 back = ambient::backcolor(this);
+    absorb([&] { setBackcolor(back); });
+    absorb([&] { setWholepartbackcolor(back); });
+    absorb([&] { setNumeratorbackcolor(back); });
+    absorb([&] { setDenominatorbackcolor(back); });
+    absorb([this] { setFracpartvisible(true); });
+    absorb([this] { setWholepartLocked(false); });
+    absorb([this] { setNumeratorLocked(false); });
+    absorb([this] { setDenominatorLocked(false); });
+    absorb([this] { setFracType(fracnumeric); });
+    absorb([this] { setFont(ambient::font(this)); });
+    absorb([this] { settwipsize(600, twipheight()); });
+    absorb([this] { settwipsize(twipwidth(), 600); });
+}
+
+void fractioni::ReadProperties(const propertybag &bag)
+{
+    auto read = [&bag](const char *key, const QVariant &defaultvalue) {
+        return bag.readproperty(QLatin1String(key), defaultvalue);
+    };
+    const qint64 int32min = std::numeric_limits<qint32>::min();
+    const qint64 int32max = std::numeric_limits<qint32>::max();
+    absorb([&] { setFracType(fractiontype(baglong(read("FracType", 0), int32min, int32max))); });
+    absorb([&] { setWholepartvalue(bagstring(read("Wholepartvalue", QStringLiteral("4")))); });
+    absorb([&] { setNumeratorvalue(bagstring(read("Numeratorvalue", QStringLiteral("1")))); });
+    absorb([&] { setDenominatorvalue(bagstring(read("Denominatorvalue", QStringLiteral("7")))); });
+    absorb([&] { settwipsize(bagdouble(read("Width", 600)), twipheight()); });
+    absorb([&] { settwipsize(twipwidth(), bagdouble(read("Height", 600))); });
+    absorb([&] { setBackcolor(bagcolor(read("Backcolor", 0xFFFFFF))); });
+    absorb([&] { setWholepartbackcolor(bagcolor(read("Wholepartbackcolor", 0xFFFFFF))); });
+    absorb([&] { setNumeratorbackcolor(bagcolor(read("Numeratorbackcolor", 0xFFFFFF))); });
+    absorb([&] { setDenominatorbackcolor(bagcolor(read("Denominatorbackcolor", 0xFFFFFF))); });
+    absorb([&] { setFractionslash(bagbool(read("Fractionslash", true))); });
+    absorb([&] { setNegforecolor(bagcolor(read("Negforecolor", 255))); });
+    absorb([&] { setPosforecolor(bagcolor(read("Posforecolor", 0))); });
+    absorb([&] { setUserresizeable(bagbool(read("Userresizeable", false))); });
+    absorb([&] { setAutoreplace(bagbool(read("Autoreplace", false))); });
+    absorb([&] { setForcesign(bagbool(read("Forcesign", false))); });
+    absorb([&] { setBorderstyle(fracBorderstyle(baglong(read("Borderstyle", 0), int32min, int32max))); });
+    absorb([&] { setFont(bagfont(read("Font", QVariant()))); });
+    absorb([&] { setFracpartvisible(bagbool(read("Fracpartvisible", true))); });
+    absorb([&] { setWholepartLocked(bagbool(read("WholepartLocked", false))); });
+    absorb([&] { setNumeratorLocked(bagbool(read("NumeratorLocked", false))); });
+    absorb([&] { setDenominatorLocked(bagbool(read("DenominatorLocked", false))); });
+}
+
+void fractioni::WriteProperties(propertybag &bag) const
+{
+    auto write = [&bag](const char *key, const QVariant &value, const QVariant &defaultvalue) {
+        absorb([&] { bag.writeproperty(QLatin1String(key), value, defaultvalue); });
+    };
+    write("Wholepartvalue", Wholepartvalue(), QStringLiteral("4"));
+    write("Numeratorvalue", Numeratorvalue(), QStringLiteral("1"));
+    write("Denominatorvalue", Denominatorvalue(), QStringLiteral("7"));
+    write("Width", float(twipwidth()), qint16(600));
+    write("Height", float(twipheight()), qint16(600));
+    write("Fractionslash", Fractionslash(), true);
+    write("Backcolor", qint32(Backcolor()), 0xFFFFFF);
+    write("Wholepartbackcolor", qint32(Wholepartbackcolor()), 0xFFFFFF);
+    write("Numeratorbackcolor", qint32(Numeratorbackcolor()), 0xFFFFFF);
+    write("Denominatorbackcolor", qint32(Denominatorbackcolor()), 0xFFFFFF);
+    write("Negforecolor", qint32(Negforecolor()), 255);
+    write("Posforecolor", qint32(Posforecolor()), 0);
+    write("Userresizeable", Userresizeable(), false);
+    write("Autoreplace", Autoreplace(), false);
+    write("Forcesign", Forcesign(), false);
+    write("Borderstyle", qint32(Borderstyle()), 0);
+    write("Font", Font(), QVariant());
+    write("Fracpartvisible", Fracpartvisible(), true);
+    write("WholepartLocked", WholepartLocked(), false);
+    write("NumeratorLocked", NumeratorLocked(), false);
+    write("DenominatorLocked", DenominatorLocked(), false);
+    write("FracType", qint32(FracType()), 0);
+}
+
+QSize fractioni::sizeHint() const
+{
+    return size().isEmpty() ? QSize(40, 40) : size();
+}
+
+QSize fractioni::minimumSizeHint() const
+{
+    return sizeHint();
+}
+
+void fractioni::updateaccessibility()
+{
+    QString text = m_wholepart;
+    if (!m_numerator.isEmpty()) {
+        if (!text.isEmpty())
+            text += QLatin1Char(' ');
+        text += m_numerator + QLatin1Char('/') + m_denominator;
+    }
+    if (text.isEmpty())
+        text = QStringLiteral("0");
+    if (accessibleDescription() == text)
+        return;
+    setAccessibleDescription(text);
+    QAccessibleEvent event(this, QAccessible::DescriptionChanged);
+    QAccessible::updateAccessibility(&event);
+}
+
+} // namespace kelfractionint

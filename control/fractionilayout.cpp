@@ -1,0 +1,396 @@
+// Layout in twips, painting, and the appearance properties.
+#include "fractioni.h"
+
+#include "modfracglobal.h"
+#include "twips.h"
+
+#include <QFontInfo>
+#include <QFontMetricsF>
+#include <QLineEdit>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QResizeEvent>
+#include <QShowEvent>
+
+#include <cmath>
+#include <limits>
+
+namespace kelfractionint {
+
+namespace {
+
+// Fonts beyond these sizes would make the control larger than any screen; the resize procedure
+// and hosts may ask for anything, so sizes are kept within them.
+constexpr double minfontsize = 1.0;
+constexpr double maxfontsize = 400.0;
+constexpr int maxpixels = 16384;
+
+qint16 checked16(qint64 value)
+{
+    if (value < std::numeric_limits<qint16>::min() || value > std::numeric_limits<qint16>::max())
+        throw modfracglobal::automationerror(modfracglobal::errnum::overflow);
+    return qint16(value);
+}
+
+int topixels(double twips, double perpixel)
+{
+    return std::clamp(twipstopixels(twips, perpixel), -maxpixels, maxpixels);
+}
+
+// Clears the re-entry guard on every way out of the resize procedure.
+class resizeguard
+{
+public:
+    explicit resizeguard(bool &flag) : m_flag(flag) { m_flag = true; }
+    ~resizeguard() { m_flag = false; }
+    resizeguard(const resizeguard &) = delete;
+    resizeguard &operator=(const resizeguard &) = delete;
+
+private:
+    bool &m_flag;
+};
+
+} // namespace
+
+double fractioni::twipwidth() const
+{
+    return width() * twipsperpixelx(this);
+}
+
+double fractioni::twipheight() const
+{
+    return height() * twipsperpixely(this);
+}
+
+QRectF fractioni::twiprect(const QWidget *child) const
+{
+    const double tx = twipsperpixelx(this);
+    const double ty = twipsperpixely(this);
+    const QRect r = child->geometry();
+    return {r.x() * tx, r.y() * ty, r.width() * tx, r.height() * ty};
+}
+
+void fractioni::settwipsize(double width, double height)
+{
+    const int w = std::clamp(topixels(width, twipsperpixelx(this)), 0, maxpixels);
+    const int h = std::clamp(topixels(height, twipsperpixely(this)), 0, maxpixels);
+    if (w == this->width() && h == this->height())
+        return;
+    resize(w, h);
+    // A hidden widget gets its resize event only when shown; the host's size operation runs the
+    // resize procedure at once all the same (the guard absorbs the nested run of a visible one).
+    if (!isVisible())
+        resizeprocedure();
+}
+
+void fractioni::sizecontrol(QWidget *child, double width, double height)
+{
+    child->resize(std::clamp(topixels(width, twipsperpixelx(this)), 0, maxpixels),
+                  std::clamp(topixels(height, twipsperpixely(this)), 0, maxpixels));
+}
+
+void fractioni::placecontrol(QWidget *child, double left, double top)
+{
+    child->move(topixels(left, twipsperpixelx(this)), topixels(top, twipsperpixely(this)));
+}
+
+void fractioni::setcontrolfont(QWidget *control, const QFont &source, double size)
+{
+    QFont font(source.family());
+    font.setBold(source.bold());
+    font.setItalic(source.italic());
+    font.setPointSizeF(std::isfinite(size) ? std::clamp(size, minfontsize, maxfontsize) : minfontsize);
+    if (control == this) {
+        m_font = font;
+        fontchanged();
+    } else {
+        control->setFont(font);
+    }
+}
+
+void fractioni::fontchanged()
+{
+    const double size = QFontInfo(m_font).pointSizeF();
+    for (QWidget *field : {static_cast<QWidget *>(wholepart), static_cast<QWidget *>(numerator),
+                           static_cast<QWidget *>(denominator)})
+        setcontrolfont(field, m_font, size);
+    // The control's Font property shadows QWidget::setFont; the widget's own font follows it.
+    QWidget::setFont(m_font);
+}
+
+double fractioni::textwidth(const QWidget *field, const QString &text) const
+{
+    return QFontMetricsF(field->font()).horizontalAdvance(text) * twipsperpixelx(this);
+}
+
+double fractioni::textheight(const QWidget *field, const QString &) const
+{
+    return QFontMetricsF(field->font()).height() * twipsperpixely(this);
+}
+
+double fractioni::centeroffset(const QString &numer, const QString &denom) const
+{
+    // Texts of equal length give no offset even when their drawn widths differ; hosts rely on it.
+    if (numer.size() == denom.size())
+        return 0;
+    return (textwidth(wholepart, numer) - textwidth(wholepart, denom)) / 2;
+}
+
+double fractioni::arrangefields()
+{
+    const double W = twipwidth();
+    const double H = twipheight();
+    const double B = double(m_borderstyle);
+    const double d = centeroffset(numerator->text(), denominator->text());
+
+    placecontrol(wholepart, (B + 1) * gapx, H / 4);
+    const QRectF whole = twiprect(wholepart);
+    const QRectF numer = twiprect(numerator);
+    const QRectF denom = twiprect(denominator);
+    if (!wholepart->isHidden()) {
+        // The numerator's left is reckoned from gapx and the whole part's width, so with a border
+        // the fields overlap by one gap; hosts rely on this placement.
+        const double left = gapx + whole.width();
+        if (d >= 0) {
+            placecontrol(numerator, left, H / 8);
+            placecontrol(denominator, left + d, 5 * H / 8);
+        } else {
+            placecontrol(numerator, left - d, H / 8);
+            placecontrol(denominator, left, 5 * H / 8);
+        }
+    } else {
+        const double c = (W - numer.width()) / 2;
+        const double numertop = whole.top() - numer.height() / 2;
+        const double denomtop = whole.top() + whole.height() - denom.height() / 2;
+        if (d >= 0) {
+            placecontrol(numerator, c, numertop);
+            placecontrol(denominator, c + d, denomtop);
+        } else {
+            placecontrol(numerator, c - d, numertop);
+            placecontrol(denominator, c, denomtop);
+        }
+    }
+    const QRectF grip = twiprect(lblgrip);
+    placecontrol(lblgrip, W - grip.width() - B * gapx, H - grip.height() - B * gapy);
+    return d;
+}
+
+void fractioni::resizeprocedure()
+{
+    if (inresize)
+        return;
+    resizeguard guard(inresize);
+    const double W = twipwidth();
+    const double H = twipheight();
+    if (W <= 0 || H <= 0)
+        return;
+
+    // The font follows the control's height: the host's resizing acts as a zoom.
+    const double ratio = lastheight > 0 ? H / lastheight : 1.0;
+    setcontrolfont(this, m_font, QFontInfo(m_font).pointSizeF() * ratio);
+
+    sizecontrol(wholepart, textwidth(wholepart, m_wholepart), textheight(wholepart, m_wholepart));
+    const double numerwidth = textwidth(numerator, m_numerator);
+    const double denomwidth = textwidth(numerator, m_denominator);
+    const double fracwidth = denomwidth > numerwidth ? denomwidth : numerwidth;
+    sizecontrol(numerator, fracwidth, textheight(numerator, m_numerator));
+    sizecontrol(denominator, fracwidth, textheight(numerator, m_denominator));
+    const QString gripglyph = QStringLiteral("o");
+    sizecontrol(lblgrip, 0.5 * textwidth(lblgrip, gripglyph), 0.5 * textheight(lblgrip, gripglyph));
+
+    const qint64 B = qint64(m_borderstyle);
+    const double gaps = checked16(2 * std::abs(B) + 3);
+    const double d = centeroffset(numerator->text(), denominator->text());
+    auto counts = [this](const QWidget *child) { return startingup || !child->isHidden() ? 1.0 : 0.0; };
+    const double newwidth = gaps * gapx + counts(numerator) * twiprect(numerator).width()
+                          + counts(wholepart) * twiprect(wholepart).width()
+                          + counts(lblgrip) * twiprect(lblgrip).width() + std::abs(d);
+    const double newheight = checked16(2 * B) * gapy + 2 * twiprect(wholepart).height();
+    settwipsize(newwidth, newheight);
+
+    if (m_wholepart.isEmpty() && m_numerator.isEmpty()) {
+        if (wholepart->isHidden())
+            wholepart->setVisible(true);
+        settwipsize(600, twipheight());
+        if (!startingup)
+            wholepart->setFocus(Qt::OtherFocusReason);
+    }
+    lastwidth = twipwidth();
+    lastheight = twipheight();
+    m_separatoroffset = arrangefields();
+    separatorlayer->setGeometry(rect());
+    updateGeometry();
+}
+
+void fractioni::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    try {
+        resizeprocedure();
+    } catch (const modfracglobal::automationerror &) {
+        // An overflow of the layout arithmetic leaves the fields where they were.
+    }
+}
+
+void fractioni::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    startingup = false;
+}
+
+void fractioni::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.fillRect(rect(), fromoleColor(m_backcolor));
+    m_separatoroffset = arrangefields();
+    separatorlayer->setGeometry(rect());
+    separatorlayer->update();
+}
+
+void fractioni::paintseparator(QPainter &painter) const
+{
+    QColor separator = numerator->isHidden() ? fromoleColor(m_backcolor)
+                                             : wholepart->palette().color(QPalette::Text);
+    if (m_numerator.isEmpty() && m_denominator.isEmpty() && m_wholepart.isEmpty())
+        separator = wholepart->palette().color(QPalette::Text);
+
+    // The fields are as tall as a line of their font and would cover a separator drawn at their
+    // edges, so it is drawn on a layer above them, between the glyphs: from the numerator's
+    // baseline to the top of the denominator's digits.
+    const QRect numer = numerator->geometry();
+    const QRect denom = denominator->geometry();
+    const QFontMetricsF metrics(numerator->font());
+    const double numerbottom = numer.top() + metrics.ascent();
+    const double denomtop = denom.top() + metrics.ascent() - metrics.capHeight();
+    const QRect &wider = m_separatoroffset < 0 ? denom : numer;
+    painter.setRenderHint(QPainter::Antialiasing, m_fractionslash);
+    painter.setPen(QPen(separator, std::max(1.0, metrics.lineWidth())));
+    if (m_fractionslash) {
+        painter.drawLine(QPointF(wider.left(), denomtop), QPointF(wider.left() + wider.width(), numerbottom));
+    } else {
+        const double y = std::floor((numerbottom + denomtop) / 2) + 0.5;
+        painter.drawLine(QPointF(wider.left(), y), QPointF(wider.left() + wider.width(), y));
+    }
+    if (m_borderstyle != borderstylenone) {
+        painter.setRenderHint(QPainter::Antialiasing, false);
+        painter.setPen(QPen(palette().color(QPalette::WindowText), 0));
+        painter.setBrush(Qt::NoBrush);
+        painter.drawRect(rect().adjusted(0, 0, -1, -1));
+    }
+}
+
+void fractioni::fracsize(float fracwidth, float fracheight)
+{
+    if (fracwidth > 0 && fracheight > 0)
+        settwipsize(fracwidth, fracheight);
+}
+
+void fractioni::Refreshfraction()
+{
+    wholepart->update();
+    numerator->update();
+    denominator->update();
+    resizeprocedure();
+    update();
+}
+
+void fractioni::setFractionslash(bool value)
+{
+    m_fractionslash = value;
+    closingsteps(QStringLiteral("Fractionslash"));
+}
+
+void fractioni::setBackcolor(quint32 value)
+{
+    m_backcolor = value;
+    QPalette surface = palette();
+    surface.setColor(QPalette::Window, fromoleColor(value));
+    setPalette(surface);
+    closingsteps(QStringLiteral("Backcolor"));
+}
+
+void fractioni::setUserresizeable(bool value)
+{
+    m_userresizeable = value;
+    lblgrip->setVisible(value);
+    Q_EMIT propertychanged(QStringLiteral("Userresizeable"));
+    update();
+}
+
+void fractioni::setBorderstyle(fracBorderstyle value)
+{
+    m_borderstyle = fracBorderstyle(checked16(qint64(value)));
+    closingsteps(QStringLiteral("Borderstyle"));
+}
+
+void fractioni::setNegforecolor(quint32 value)
+{
+    m_negforecolor = value;
+    setWholepartvalue(m_wholepart);
+    closingsteps(QStringLiteral("Negforecolor"));
+}
+
+void fractioni::setPosforecolor(quint32 value)
+{
+    m_posforecolor = value;
+    setWholepartvalue(m_wholepart);
+    closingsteps(QStringLiteral("Posforecolor"));
+}
+
+namespace {
+void setbackcolor(QLineEdit *field, quint32 olecolor)
+{
+    QPalette palette = field->palette();
+    palette.setColor(QPalette::Base, fromoleColor(olecolor));
+    field->setPalette(palette);
+}
+} // namespace
+
+void fractioni::setWholepartbackcolor(quint32 value)
+{
+    m_wholepartbackcolor = value;
+    setbackcolor(wholepart, value);
+    closingsteps(QStringLiteral("Wholepartbackcolor"));
+}
+
+void fractioni::setNumeratorbackcolor(quint32 value)
+{
+    m_numeratorbackcolor = value;
+    setbackcolor(numerator, value);
+    closingsteps(QStringLiteral("Numeratorbackcolor"));
+}
+
+void fractioni::setDenominatorbackcolor(quint32 value)
+{
+    m_denominatorbackcolor = value;
+    setbackcolor(denominator, value);
+    closingsteps(QStringLiteral("Denominatorbackcolor"));
+}
+
+void fractioni::setFont(const QFont &value)
+{
+    const double size = QFontInfo(value).pointSizeF();
+    setcontrolfont(this, value, size);
+    Q_EMIT propertychanged(QStringLiteral("Font"));
+    // The fields are sized for the new font at once, so that no text is clipped until the next
+    // re-layout.
+    resizeprocedure();
+    update();
+}
+
+void fractioni::setFracpartvisible(bool value)
+{
+    if (value) {
+        numerator->setVisible(true);
+        denominator->setVisible(true);
+    } else {
+        setNumeratorvalue(QString());
+        setDenominatorvalue(QString());
+        numerator->setVisible(false);
+        denominator->setVisible(false);
+    }
+    m_fracpartvisible = value;
+    closingsteps(QStringLiteral("Fracpartvisible"));
+}
+
+} // namespace kelfractionint

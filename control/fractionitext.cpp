@@ -1,0 +1,335 @@
+// Text entry: allowed characters, locks, validation and keyboard navigation of the fields.
+#include "fractioni.h"
+
+#include "modfracglobal.h"
+
+#include <QKeyEvent>
+#include <QLineEdit>
+
+namespace kelfractionint {
+
+namespace {
+
+QStringList asset(const QVariant &set)
+{
+    return set.toStringList();
+}
+
+bool isnumeric(const QString &text)
+{
+    try {
+        return modfracglobal::isnumerictext(text.toStdString());
+    } catch (const modfracglobal::automationerror &) {
+        return false;
+    }
+}
+
+} // namespace
+
+QStringList fractioni::defaultallowedchars()
+{
+    static const QStringList chars = [] {
+        QStringList list;
+        list.reserve(97);
+        for (char16_t code = 32; code <= 127; ++code)
+            list.append(QString(QChar(code)));
+        list.append(QString(QChar(char16_t(8))));
+        return list;
+    }();
+    return chars;
+}
+
+bool fractioni::charinset(const QVariant &set, const QString &ch)
+{
+    return asset(set).contains(ch);
+}
+
+bool fractioni::allcharsallowed(const QVariant &set, const QString &text)
+{
+    if (!set.isValid())
+        return false;
+    const QStringList chars = asset(set);
+    for (const QChar c : text) {
+        if (!chars.contains(QString(c)))
+            return false;
+    }
+    return true;
+}
+
+bool fractioni::singlecharsonly(const QVariant &candidate)
+{
+    if (!candidate.canConvert<QStringList>())
+        return false;
+    const QStringList list = candidate.toStringList();
+    if (list.isEmpty())
+        return false;
+    return std::all_of(list.begin(), list.end(), [](const QString &s) { return s.size() <= 1; });
+}
+
+QStringList fractioni::uniquechars(const QStringList &candidate)
+{
+    // Each distinct element is kept once, at its lowest index, walking from the highest index
+    // down, so the first element always comes last; hosts rely on this order.
+    QStringList result;
+    for (qsizetype i = candidate.size() - 1; i >= 0; --i) {
+        if (i == 0) {
+            result.append(candidate.at(0));
+            break;
+        }
+        bool repeat = false;
+        for (qsizetype j = 0; j < i && !repeat; ++j)
+            repeat = candidate.at(j) == candidate.at(i);
+        if (!repeat)
+            result.append(candidate.at(i));
+    }
+    return result;
+}
+
+bool fractioni::setallowedchars(QVariant &set, const QVariant &value)
+{
+    if (!value.isValid() || value.isNull())
+        return false;
+    // A single string is not an array of strings: it is ignored like any other foreign value.
+    if (value.typeId() == QMetaType::QString || !singlecharsonly(value))
+        return false;
+    set = QVariant(uniquechars(value.toStringList()));
+    return true;
+}
+
+void fractioni::setWholeallowedchars(const QVariant &value)
+{
+    if (setallowedchars(m_wholeallowedchars, value))
+        Q_EMIT propertychanged(QStringLiteral("Wholeallowedchars"));
+}
+
+void fractioni::setNumerallowedchars(const QVariant &value)
+{
+    if (setallowedchars(m_numerallowedchars, value))
+        Q_EMIT propertychanged(QStringLiteral("Numerallowedchars"));
+}
+
+void fractioni::setDenomallowedchars(const QVariant &value)
+{
+    if (setallowedchars(m_denomallowedchars, value))
+        Q_EMIT propertychanged(QStringLiteral("Denomallowedchars"));
+}
+
+bool fractioni::wholecharallowed(const QString &testchar) const
+{
+    return charinset(m_wholeallowedchars, testchar);
+}
+
+void fractioni::setWholepartLocked(bool value)
+{
+    wholepart->setReadOnly(value);
+    m_wholepartlocked = value;
+    Q_EMIT propertychanged(QStringLiteral("WholepartLocked"));
+    wholepart->update();
+}
+
+void fractioni::setNumeratorLocked(bool value)
+{
+    numerator->setReadOnly(value);
+    m_numeratorlocked = value;
+    Q_EMIT propertychanged(QStringLiteral("NumeratorLocked"));
+    numerator->update();
+}
+
+void fractioni::setDenominatorLocked(bool value)
+{
+    denominator->setReadOnly(value);
+    m_denominatorlocked = value;
+    Q_EMIT propertychanged(QStringLiteral("DenominatorLocked"));
+    denominator->update();
+}
+
+bool fractioni::validwholetext(const QString &text) const
+{
+    switch (m_fractype) {
+    case fracAlgebraic:
+        return allcharsallowed(m_wholeallowedchars, text);
+    case fracnumeric:
+        break;
+    default:
+        return false;
+    }
+    if (text.isEmpty() || text == QLatin1String("+") || text == QLatin1String("-"))
+        return true;
+    const QChar last = text.back();
+    if (last != QLatin1Char('-') && last != QLatin1Char('+') && isnumeric(text))
+        return true;
+    return last == QLatin1Char('%') && isnumeric(text.chopped(1));
+}
+
+bool fractioni::validnumertext(const QString &text) const
+{
+    switch (m_fractype) {
+    case fracAlgebraic:
+        return allcharsallowed(m_numerallowedchars, text);
+    case fracnumeric:
+        return text.isEmpty()
+            || (!text.contains(QLatin1Char('+')) && !text.contains(QLatin1Char('-')) && isnumeric(text));
+    default:
+        return false;
+    }
+}
+
+bool fractioni::validdenomtext(const QString &text) const
+{
+    switch (m_fractype) {
+    case fracAlgebraic:
+        return allcharsallowed(m_denomallowedchars, text);
+    case fracnumeric:
+        return text.isEmpty()
+            || (!text.contains(QLatin1Char('+')) && !text.contains(QLatin1Char('-')) && isnumeric(text));
+    default:
+        return false;
+    }
+}
+
+bool fractioni::validfieldtext(const QLineEdit *field, const QString &text) const
+{
+    // The value setters hand over text already trimmed of blanks.
+    const QString &trimmed = text;
+    if (field == wholepart) {
+        if (validwholetext(trimmed))
+            return true;
+        // Only the unlocked whole part raises, and only in run mode; hosts rely on both.
+        if (usermode() && !m_wholepartlocked)
+            throw modfracglobal::automationerror(modfracglobal::errnum::invalidproperty);
+        return false;
+    }
+    if (field == numerator)
+        return validnumertext(trimmed);
+    if (field == denominator)
+        return validdenomtext(trimmed);
+    return false;
+}
+
+void fractioni::fieldedited(QLineEdit *field)
+{
+    const QString text = field->text();
+    try {
+        if (field == wholepart)
+            setWholepartvalue(text);
+        else if (field == numerator)
+            setNumeratorvalue(text);
+        else
+            setDenominatorvalue(text);
+    } catch (const modfracglobal::automationerror &) {
+        // A refused edit: the value stays, and the field shows it again.
+        field->setText(field == wholepart ? m_wholepart : field == numerator ? m_numerator : m_denominator);
+    }
+    try {
+        resizeprocedure();
+    } catch (const modfracglobal::automationerror &) {
+    }
+    update();
+}
+
+void fractioni::navigatefields(QLineEdit *field, int key)
+{
+    const QString name = field->objectName();
+    const QString whole = m_wholepart;
+    const bool plainwhole = !modfracglobal::hasdecimalsep(whole.toStdString())
+                         && !modfracglobal::haspercentsign(whole.toStdString());
+    auto showfractionpart = [this] {
+        numerator->setVisible(true);
+        denominator->setVisible(true);
+    };
+
+    switch (key) {
+    case Qt::Key_Backspace:
+    case Qt::Key_Delete:
+    case Qt::Key_Home:
+    case Qt::Key_End:
+        break;
+    case Qt::Key_Right:
+        if (name == QLatin1String("wholepart")) {
+            const int length = int(field->text().size());
+            if (field->cursorPosition() == length && lastselstart != length - 1 && plainwhole
+                && m_fracpartvisible) {
+                if (numerator->isHidden())
+                    showfractionpart();
+                numerator->setFocus(Qt::OtherFocusReason);
+            }
+            // The whole part is hidden when the user leaves it empty with Right.
+            wholepart->setVisible(!m_wholepart.isEmpty());
+        }
+        break;
+    case Qt::Key_Left:
+        if (name == QLatin1String("numerator") || name == QLatin1String("denominator")) {
+            if (field->cursorPosition() == 0 && lastselstart == 0) {
+                if (wholepart->isHidden())
+                    wholepart->setVisible(true);
+                wholepart->setFocus(Qt::OtherFocusReason);
+            }
+        }
+        break;
+    case Qt::Key_Up:
+        if (name == QLatin1String("wholepart") || name == QLatin1String("denominator")) {
+            if (numerator->isHidden()) {
+                if (!m_fracpartvisible)
+                    break;
+                showfractionpart();
+                update();
+            }
+            numerator->setFocus(Qt::OtherFocusReason);
+        }
+        break;
+    case Qt::Key_Down:
+        if (name == QLatin1String("wholepart") || name == QLatin1String("numerator")) {
+            if (!plainwhole)
+                break;
+            if (numerator->isHidden()) {
+                if (!m_fracpartvisible)
+                    break;
+                showfractionpart();
+            }
+            denominator->setFocus(Qt::OtherFocusReason);
+        }
+        break;
+    default:
+        // After typing, the caret always stands at the end of the text.
+        field->setCursorPosition(0);
+        field->setCursorPosition(int(field->text().size()));
+        break;
+    }
+    try {
+        resizeprocedure();
+    } catch (const modfracglobal::automationerror &) {
+    }
+    update();
+}
+
+bool fractioni::eventFilter(QObject *watched, QEvent *event)
+{
+    auto *field = qobject_cast<QLineEdit *>(watched);
+    const bool isfield = field && (field == wholepart || field == numerator || field == denominator);
+    if (isfield) {
+        if (event->type() == QEvent::KeyPress) {
+            auto *key = static_cast<QKeyEvent *>(event);
+            lastselstart = qint16(field->cursorPosition());
+            if (field == wholepart && !key->text().isEmpty()
+                && !(key->modifiers() & (Qt::ControlModifier | Qt::MetaModifier))) {
+                // Only typed characters are filtered; shortcuts such as copy keep working.
+                for (const QChar c : key->text()) {
+                    if (!charinset(m_wholeallowedchars, QString(c)))
+                        return true;
+                }
+            }
+        } else if (event->type() == QEvent::KeyRelease) {
+            auto *key = static_cast<QKeyEvent *>(event);
+            if (!key->isAutoRepeat())
+                navigatefields(field, key->key());
+        }
+    }
+    if (event->type() >= QEvent::MouseButtonPress && event->type() <= QEvent::MouseMove
+        && (isfield || watched == lblgrip)) {
+        if (childmouseevent(watched, event))
+            return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+} // namespace kelfractionint

@@ -1,0 +1,280 @@
+// The control's value: the three value properties, the sign, loading and clearing.
+#include "fractioni.h"
+
+#include "ambient.h"
+#include "modfracglobal.h"
+#include "twips.h"
+
+#include <QLineEdit>
+#include <QPalette>
+
+namespace kelfractionint {
+
+namespace {
+
+// Leading and trailing blanks only: other white space is part of the text and fails validation.
+QString trimblanks(const QString &text)
+{
+    qsizetype first = 0;
+    qsizetype last = text.size();
+    while (first < last && text.at(first) == QLatin1Char(' '))
+        ++first;
+    while (last > first && text.at(last - 1) == QLatin1Char(' '))
+        --last;
+    return text.mid(first, last - first);
+}
+
+// Runs a nested assignment of the stored value that skips validation, so that a refused text
+// re-applies what was there even when the current rules would refuse it too.
+class reapplyscope
+{
+public:
+    explicit reapplyscope(bool &flag) : m_flag(flag), m_old(flag) { m_flag = true; }
+    ~reapplyscope() { m_flag = m_old; }
+    reapplyscope(const reapplyscope &) = delete;
+    reapplyscope &operator=(const reapplyscope &) = delete;
+
+private:
+    bool &m_flag;
+    bool m_old;
+};
+
+void setfieldtext(QLineEdit *field, const QString &text)
+{
+    // Re-setting equal text would reset the caret and the undo history of the user's edit.
+    if (field->text() != text)
+        field->setText(text);
+}
+
+} // namespace
+
+QStringList fractioni::fractiontoarray(const fractioni *control)
+{
+    return {control->Wholepartvalue(), control->Numeratorvalue(), control->Denominatorvalue()};
+}
+
+bool fractioni::usermode() const
+{
+    return ambient::usermode(this);
+}
+
+void fractioni::closingsteps(const QString &name)
+{
+    Q_EMIT propertychanged(name);
+    resizeprocedure();
+    update();
+}
+
+void fractioni::setforecolors(quint32 olecolor)
+{
+    const QColor color = fromoleColor(olecolor);
+    for (QLineEdit *field : {wholepart, numerator, denominator}) {
+        QPalette palette = field->palette();
+        palette.setColor(QPalette::Text, color);
+        palette.setColor(QPalette::WindowText, color);
+        field->setPalette(palette);
+    }
+}
+
+QString fractioni::getsign() const
+{
+    if (m_wholepart.isEmpty() && m_numerator.isEmpty())
+        return QStringLiteral("0");
+    if (m_wholepart.isEmpty())
+        return QStringLiteral("+");
+    return m_wholepart.startsWith(QLatin1Char('-')) ? QStringLiteral("-") : QStringLiteral("+");
+}
+
+void fractioni::setWholepartvalue(const QString &value)
+{
+    const QString oldsign = getsign();
+    const QString oldwhole = m_wholepart;
+    QString text = trimblanks(value);
+    if (!m_reapplying && !validfieldtext(wholepart, text)) {
+        {
+            reapplyscope scope(m_reapplying);
+            setWholepartvalue(m_wholepart);
+        }
+        closingsteps(QStringLiteral("Wholepartvalue"));
+        Q_EMIT fractionvaluechanged(oldsign, oldwhole, m_numerator, m_denominator, getsign(), m_wholepart,
+                                    m_numerator, m_denominator);
+        return;
+    }
+
+    if (!text.isEmpty()) {
+        if (text.startsWith(QLatin1Char('-'))) {
+            setforecolors(m_negforecolor);
+        } else if (text.startsWith(QLatin1Char('+'))) {
+            setforecolors(m_posforecolor);
+            // A lone "+" becomes empty while the field stays visible; hosts rely on it.
+            if (!m_forcesign)
+                text.remove(0, 1);
+        } else {
+            setforecolors(m_posforecolor);
+            if (m_forcesign)
+                text.prepend(QLatin1Char('+'));
+        }
+        wholepart->setVisible(true);
+    } else {
+        if (wholepart->palette().color(QPalette::Text) == fromoleColor(m_negforecolor))
+            setforecolors(m_posforecolor);
+        if (m_forcesign)
+            text = QStringLiteral("+");
+        // Hidden even when it now holds "+"; hosts rely on it.
+        wholepart->setVisible(false);
+    }
+
+    m_wholepart = text;
+    setfieldtext(wholepart, text);
+    closingsteps(QStringLiteral("Wholepartvalue"));
+    updateaccessibility();
+    Q_EMIT fractionvaluechanged(oldsign, oldwhole, m_numerator, m_denominator, getsign(), m_wholepart,
+                                m_numerator, m_denominator);
+}
+
+void fractioni::setNumeratorvalue(const QString &value)
+{
+    // Only the whole part's setter recomputes the sign: this event carries the sign read before
+    // the change in both places, as hosts expect.
+    const QString sign = getsign();
+    const QString oldnumer = m_numerator;
+    const QString text = trimblanks(value);
+    if (!m_reapplying && !validfieldtext(numerator, text)) {
+        {
+            reapplyscope scope(m_reapplying);
+            setNumeratorvalue(m_numerator);
+        }
+        closingsteps(QStringLiteral("Numeratorvalue"));
+        Q_EMIT fractionvaluechanged(sign, m_wholepart, oldnumer, m_denominator, sign, m_wholepart, m_numerator,
+                                    m_denominator);
+        return;
+    }
+
+    if (!text.isEmpty()) {
+        numerator->setVisible(true);
+        denominator->setVisible(true);
+    } else {
+        // Clearing the numerator leaves the denominator at "1"; hosts rely on it.
+        setDenominatorvalue(QStringLiteral("1"));
+        numerator->setVisible(false);
+        denominator->setVisible(false);
+    }
+
+    m_numerator = text;
+    setfieldtext(numerator, text);
+    closingsteps(QStringLiteral("Numeratorvalue"));
+    updateaccessibility();
+    Q_EMIT fractionvaluechanged(sign, m_wholepart, oldnumer, m_denominator, sign, m_wholepart, m_numerator,
+                                m_denominator);
+}
+
+void fractioni::setDenominatorvalue(const QString &value)
+{
+    const QString sign = getsign();
+    const QString olddenom = m_denominator;
+    QString text = trimblanks(value);
+    if (m_numerator.isEmpty())
+        text.clear();
+    if (!m_reapplying && !validfieldtext(denominator, text)) {
+        {
+            reapplyscope scope(m_reapplying);
+            setDenominatorvalue(m_denominator);
+        }
+        closingsteps(QStringLiteral("Denominatorvalue"));
+        Q_EMIT fractionvaluechanged(sign, m_wholepart, m_numerator, olddenom, sign, m_wholepart, m_numerator,
+                                    m_denominator);
+        return;
+    }
+
+    m_denominator = text;
+    setfieldtext(denominator, text);
+    closingsteps(QStringLiteral("Denominatorvalue"));
+    updateaccessibility();
+    Q_EMIT fractionvaluechanged(sign, m_wholepart, m_numerator, olddenom, sign, m_wholepart, m_numerator,
+                                m_denominator);
+}
+
+fractioni *fractioni::changesign()
+{
+    if (m_wholepart.isEmpty() && m_numerator.isEmpty() && m_denominator.isEmpty())
+        return this;
+    const QString whole = m_wholepart;
+    QString negated;
+    if (whole.startsWith(QLatin1Char('-')))
+        negated = whole.mid(1);
+    else if (whole.startsWith(QLatin1Char('+')))
+        negated = QLatin1Char('-') + whole.mid(1);
+    else
+        negated = QLatin1Char('-') + whole;
+    try {
+        setWholepartvalue(negated);
+    } catch (const modfracglobal::automationerror &) {
+        // Errors of the sign change are swallowed; the second event is raised regardless.
+    }
+    // The second event carries an empty old sign and the new values as old ones; listeners take
+    // the meaningful old values from the first event. Hosts rely on this pair.
+    Q_EMIT fractionvaluechanged(QString(), m_wholepart, m_numerator, m_denominator, getsign(), m_wholepart,
+                                m_numerator, m_denominator);
+    return this;
+}
+
+fractioni *fractioni::loadfraction(QStringList &strarr)
+{
+    const QString oldsign = getsign();
+    const QString oldwhole = m_wholepart;
+    const QString oldnumer = m_numerator;
+    const QString olddenom = m_denominator;
+    if (strarr.size() < 3)
+        throw modfracglobal::automationerror(modfracglobal::errnum::subscript);
+    for (int i = 0; i < 3; ++i)
+        strarr[i] = trimblanks(strarr.at(i));
+
+    setWholepartvalue(strarr.at(0));
+    setNumeratorvalue(strarr.at(1));
+    setDenominatorvalue(strarr.at(2));
+    update();
+
+    // The summary event is raised only while the whole part is locked; hosts rely on it.
+    if (m_wholepartlocked) {
+        Q_EMIT fractionvaluechanged(oldsign, oldwhole, oldnumer, olddenom, getsign(), m_wholepart, m_numerator,
+                                    m_denominator);
+    }
+    return this;
+}
+
+fractioni *fractioni::clearfraction()
+{
+    setWholepartvalue(QString());
+    setDenominatorvalue(QString());
+    setNumeratorvalue(QString());
+    return this;
+}
+
+void fractioni::setForcesign(bool value)
+{
+    if (!m_wholepartlocked) {
+        m_forcesign = value;
+        setWholepartvalue(m_wholepart);
+    } else if (value) {
+        if (!usermode()) {
+            modfracglobal::showmessage("Usereditable and forcesign can't be True simultaneously");
+        } else {
+            throw modfracglobal::automationerror(modfracglobal::errnum::invalidproperty);
+        }
+    }
+    closingsteps(QStringLiteral("Forcesign"));
+}
+
+void fractioni::setAutoreplace(bool value)
+{
+    m_autoreplace = value;
+    closingsteps(QStringLiteral("Autoreplace"));
+}
+
+void fractioni::setFracType(fractiontype value)
+{
+    m_fractype = value;
+    closingsteps(QStringLiteral("FracType"));
+}
+
+} // namespace kelfractionint
