@@ -1,0 +1,505 @@
+#include "scripthost.h"
+
+#include "scriptpropertybag.h"
+#include "scriptroutines.h"
+
+#include "fractioni.h"
+#include "fractionidispatch.h"
+#include "messageboxsink.h"
+#include "typelibrary.h"
+
+#include <QFont>
+#include <QPixmap>
+#include <QTextStream>
+#include <QUrl>
+#include <QWidget>
+
+#include <cstdio>
+
+namespace kelfractionint {
+
+namespace {
+
+// The script side of the host: controls are proxies that route every member of the interface
+// through the dispatch table by its dispatch id, so that scripts bind exactly as containers do.
+// Assigning a name the control lacks throws 438 instead of making a script-only property.
+const char *prelude = R"JS(
+(function (host) {
+    'use strict';
+    const global = this;
+    const members = host.membertable();
+    const events = host.eventnames().concat(['propertychanged']);
+    const targets = new WeakMap();
+
+    function unwrap(value) {
+        if (value === null || typeof value !== 'object')
+            return value;
+        if (targets.has(value))
+            return targets.get(value);
+        if (Array.isArray(value))
+            return value.map(unwrap);
+        if (typeof value.Count === 'number') {
+            // A collection: 1-based Item(i) as in Basic, or items by 0-based index.
+            const items = [];
+            for (let i = 0; i < value.Count; ++i)
+                items.push(unwrap(typeof value.Item === 'function' ? value.Item(i + 1) : value[i]));
+            return items;
+        }
+        return value;
+    }
+
+    function call(target, dispid, kind, args) {
+        const outcome = host.invoke(target, dispid, kind, args.map(unwrap));
+        for (const [index, value] of outcome.refs) {
+            const original = args[index];
+            if (Array.isArray(original) && Array.isArray(value))
+                original.splice(0, original.length, ...value);
+        }
+        return outcome.value;
+    }
+
+    function makecontrol(target) {
+        const methods = {};
+        const proxy = new Proxy({}, {
+            get(unused, name) {
+                if (typeof name !== 'string')
+                    return undefined;
+                const member = Object.prototype.hasOwnProperty.call(members, name) ? members[name] : undefined;
+                if (member) {
+                    if (member.method !== undefined) {
+                        if (!methods[name])
+                            methods[name] = function (...args) { return call(target, member.method, 'method', args); };
+                        return methods[name];
+                    }
+                    return call(target, member.get, 'get', []);
+                }
+                if (events.includes(name))
+                    return target[name];
+                switch (name) {
+                case 'WriteProperties': return bag => host.writeproperties(target, unwrap(bag));
+                case 'ReadProperties': return bag => host.readproperties(target, unwrap(bag));
+                case 'objectName': return target.objectName;
+                case 'toString': return () => '[fractioni ' + target.objectName + ']';
+                }
+                return undefined;
+            },
+            set(unused, name, value) {
+                const member = Object.prototype.hasOwnProperty.call(members, name) ? members[name] : undefined;
+                if (!member || member.method !== undefined)
+                    host.raise(438, String(name));
+                const kind = member.let !== undefined ? 'let' : member.set !== undefined ? 'set' : 'let';
+                call(target, member.get, kind, [value]);
+                return true;
+            },
+            has(unused, name) {
+                return Object.prototype.hasOwnProperty.call(members, name) || events.includes(name);
+            },
+            deleteProperty(unused, name) {
+                host.raise(438, String(name));
+                return false;
+            }
+        });
+        targets.set(proxy, target);
+        return proxy;
+    }
+
+    function show(value) {
+        if (typeof value === 'string')
+            return value;
+        if (Array.isArray(value))
+            return JSON.stringify(value);
+        return String(value);
+    }
+
+    global.createfraction = function (bag) { return host.createfraction(bag === undefined ? null : unwrap(bag)); };
+    global.createpropertybag = function () { return host.createpropertybag(); };
+    global.messages = function () { return host.messages(); };
+    global.print = function (...values) { host.print(values.map(show).join(' ')); };
+    global.savepicture = function (control, file) { return host.savepicture(unwrap(control), file); };
+    global.dispinvoke = function (control, dispid, kind, ...args) {
+        return call(unwrap(control), dispid, kind, args);
+    };
+    global.typelibrary = function () { return host.typelibrary(); };
+    const routines = {};
+    for (const name of host.routine('', []))
+        routines[name] = function (...args) { return host.routine(name, args); };
+    global.modfracglobal = Object.freeze(routines);
+    return makecontrol;
+})
+)JS";
+
+} // namespace
+
+scripthost::scripthost(QObject *parent)
+    : QObject(parent)
+    , m_form(std::make_unique<QWidget>())
+    , m_capture(std::make_unique<messagecapture>())
+    , m_output([](const QString &line) {
+        QTextStream out(stdout);
+        out << line << '\n';
+    })
+{
+    m_form->setObjectName(QStringLiteral("form"));
+    m_form->setWindowTitle(QStringLiteral("fractionscript"));
+    m_form->resize(320, 240);
+    QJSEngine::setObjectOwnership(this, QJSEngine::CppOwnership);
+    QJSValue install = m_engine.evaluate(QString::fromUtf8(prelude), QStringLiteral("<prelude>"));
+    m_makecontrol = install.call({m_engine.newQObject(this)});
+    Q_ASSERT(m_makecontrol.isCallable());
+}
+
+scripthost::~scripthost()
+{
+    m_scriptcontrols.clear();
+    m_makecontrol = QJSValue();
+    m_form.reset();
+}
+
+QJSValue scripthost::evaluate(const QString &code, const QString &filename)
+{
+    return m_engine.evaluate(code, filename);
+}
+
+namespace {
+
+// Where a script error happened: the first frame of its stack that lies in the script rather
+// than in the host's prelude, as "file:line".
+QString scriptlocation(const QJSValue &error)
+{
+    const QStringList frames = error.property(QStringLiteral("stack")).toString().split(QLatin1Char('\n'));
+    for (const QString &frame : frames) {
+        const QString location = frame.mid(frame.lastIndexOf(QLatin1Char('@')) + 1);
+        const qsizetype colon = location.lastIndexOf(QLatin1Char(':'));
+        if (location.isEmpty() || colon < 0 || location.contains(QLatin1String("%3Cprelude%3E")))
+            continue;
+        const QUrl url(location.left(colon));
+        const QString file = url.isLocalFile() ? url.toLocalFile() : QUrl::fromPercentEncoding(url.path().toUtf8());
+        return QStringLiteral("%1:%2").arg(file, location.mid(colon + 1));
+    }
+    return {};
+}
+
+} // namespace
+
+QString scripthost::errortext(const QJSValue &error)
+{
+    const QJSValue number = error.property(QStringLiteral("number"));
+    const QString name = error.property(QStringLiteral("name")).toString();
+    if (number.isNumber() && name != QLatin1String("TypeError")) {
+        return QStringLiteral("error %1: %2")
+            .arg(number.toInt())
+            .arg(error.property(QStringLiteral("description")).toString());
+    }
+    const QString location = scriptlocation(error);
+    return location.isEmpty() ? error.toString() : QStringLiteral("%1 (%2)").arg(error.toString(), location);
+}
+
+void scripthost::setoutput(std::function<void(const QString &)> output)
+{
+    m_output = std::move(output);
+}
+
+QList<fractioni *> scripthost::controls() const
+{
+    QList<fractioni *> list;
+    for (const auto &control : m_controls) {
+        if (control)
+            list.append(control);
+    }
+    return list;
+}
+
+void scripthost::throwautomation(int number, const QString &description, const QString &detail)
+{
+    QJSValue error = m_engine.newErrorObject(detail.isEmpty() ? QJSValue::GenericError : QJSValue::TypeError,
+                                             detail.isEmpty() ? description : detail);
+    error.setProperty(QStringLiteral("number"), number);
+    error.setProperty(QStringLiteral("description"), description);
+    m_engine.throwError(error);
+}
+
+void scripthost::raise(int number, const QString &name)
+{
+    const argumenterror error(number, name);
+    throwautomation(number, QString::fromStdString(error.description()),
+                    QStringLiteral("fractioni has no member %1 to assign").arg(name));
+}
+
+QJSValue scripthost::scriptcontrol(fractioni *control)
+{
+    if (!control)
+        return QJSValue(QJSValue::NullValue);
+    auto it = m_scriptcontrols.find(control);
+    if (it != m_scriptcontrols.end())
+        return *it;
+    // The host keeps every control; the script engine must never collect one.
+    QJSEngine::setObjectOwnership(control, QJSEngine::CppOwnership);
+    QJSValue proxy = m_makecontrol.call({m_engine.newQObject(control)});
+    m_scriptcontrols.insert(control, proxy);
+    connect(control, &QObject::destroyed, this, [this, control] { m_scriptcontrols.remove(control); });
+    return proxy;
+}
+
+fractioni *scripthost::controlof(const QJSValue &value, const char *function)
+{
+    if (auto *control = qobject_cast<fractioni *>(value.toQObject()))
+        return control;
+    if (value.isNull() || value.isUndefined()) {
+        throwautomation(91, QStringLiteral("Object variable or With block variable not set"),
+                        QStringLiteral("%1: no control given").arg(QLatin1String(function)));
+    } else {
+        throwautomation(13, QStringLiteral("Type mismatch"),
+                        QStringLiteral("%1: %2 is not a fractioni").arg(QLatin1String(function), value.toString()));
+    }
+    return nullptr;
+}
+
+QJSValue scripthost::toscript(const QVariant &value)
+{
+    if (!value.isValid())
+        return QJSValue(QJSValue::UndefinedValue);
+    if (value.metaType().flags() & QMetaType::PointerToQObject) {
+        QObject *object = value.value<QObject *>();
+        if (auto *control = qobject_cast<fractioni *>(object))
+            return scriptcontrol(control);
+        return object ? m_engine.newQObject(object) : QJSValue(QJSValue::NullValue);
+    }
+    switch (value.metaType().id()) {
+    case QMetaType::QFont: {
+        const QFont font = value.value<QFont>();
+        QJSValue object = m_engine.newObject();
+        object.setProperty(QStringLiteral("Name"), font.family());
+        object.setProperty(QStringLiteral("Size"), font.pointSizeF());
+        object.setProperty(QStringLiteral("Bold"), font.bold());
+        object.setProperty(QStringLiteral("Italic"), font.italic());
+        object.setProperty(QStringLiteral("Underline"), font.underline());
+        object.setProperty(QStringLiteral("Strikethrough"), font.strikeOut());
+        object.setProperty(QStringLiteral("Weight"), int(font.weight()));
+        return object;
+    }
+    case QMetaType::QPixmap: {
+        const QPixmap picture = value.value<QPixmap>();
+        QJSValue object = m_engine.newObject();
+        object.setProperty(QStringLiteral("Width"), picture.width());
+        object.setProperty(QStringLiteral("Height"), picture.height());
+        object.setProperty(QStringLiteral("Type"), picture.isNull() ? 0 : 1);
+        return object;
+    }
+    case QMetaType::QStringList:
+    case QMetaType::QVariantList: {
+        const QVariantList items = value.toList();
+        QJSValue array = m_engine.newArray(quint32(items.size()));
+        for (qsizetype i = 0; i < items.size(); ++i)
+            array.setProperty(quint32(i), toscript(items.at(i)));
+        return array;
+    }
+    case QMetaType::UInt:
+        return QJSValue(double(value.toUInt()));
+    default:
+        return m_engine.toScriptValue(value);
+    }
+}
+
+QVariant scripthost::fromscript(const QJSValue &value) const
+{
+    if (value.isUndefined())
+        return {};
+    if (value.isNull())
+        return QVariant::fromValue<QObject *>(nullptr);
+    if (value.isQObject())
+        return QVariant::fromValue(value.toQObject());
+    if (value.isArray()) {
+        QVariantList items;
+        const int length = value.property(QStringLiteral("length")).toInt();
+        for (int i = 0; i < length; ++i)
+            items.append(fromscript(value.property(quint32(i))));
+        return items;
+    }
+    if (value.isBool())
+        return value.toBool();
+    if (value.isNumber())
+        return value.toNumber();
+    if (value.isString())
+        return value.toString();
+    return value.toVariant();
+}
+
+QJSValue scripthost::invoke(const QJSValue &control, const QJSValue &dispid, const QJSValue &kind,
+                            const QJSValue &args)
+{
+    auto *target = qobject_cast<fractioni *>(control.toQObject());
+    if (!target && !control.isNull() && !control.isUndefined()) {
+        throwautomation(13, QStringLiteral("Type mismatch"),
+                        QStringLiteral("dispinvoke: %1 is not a fractioni").arg(control.toString()));
+        return {};
+    }
+    const std::optional<invokekind> how = invokekindfromname(kind.toString());
+    if (!how) {
+        throwautomation(5, QStringLiteral("Invalid procedure call or argument"),
+                        QStringLiteral("dispinvoke: the kind must be \"get\", \"let\", \"set\" or \"method\", not \"%1\"")
+                            .arg(kind.toString()));
+        return {};
+    }
+    if (!dispid.isNumber() || dispid.toNumber() != double(dispid.toInt())) {
+        throwautomation(438, QStringLiteral("Object doesn't support this property or method"),
+                        QStringLiteral("dispinvoke: %1 is no dispatch id").arg(dispid.toString()));
+        return {};
+    }
+    QVariantList arguments = fromscript(args).toList();
+    try {
+        const QVariant result = dispinvoke(target, dispid.toInt(), *how, arguments);
+        QJSValue outcome = m_engine.newObject();
+        outcome.setProperty(QStringLiteral("value"), toscript(result));
+        QJSValue refs = m_engine.newArray();
+        quint32 count = 0;
+        if (const dispmember *member = finddispmember(dispid.toInt(), *how)) {
+            for (qsizetype i = 0; i < member->parametercount && i < arguments.size(); ++i) {
+                if (!member->parameters[i].byreference)
+                    continue;
+                QJSValue pair = m_engine.newArray(2);
+                pair.setProperty(0, int(i));
+                pair.setProperty(1, toscript(arguments.at(i)));
+                refs.setProperty(count++, pair);
+            }
+        }
+        outcome.setProperty(QStringLiteral("refs"), refs);
+        return outcome;
+    } catch (const argumenterror &error) {
+        // A missing control reads as the automation error it is; other bad arguments as TypeErrors.
+        if (error.number() == 91)
+            throwautomation(error.number(), QString::fromStdString(error.description()));
+        else
+            throwautomation(error.number(), QString::fromStdString(error.description()), error.detail());
+    } catch (const modfracglobal::automationerror &error) {
+        throwautomation(error.number(), QString::fromStdString(error.description()));
+    } catch (const std::exception &error) {
+        throwautomation(51, QStringLiteral("Internal error"), QString::fromLocal8Bit(error.what()));
+    }
+    return {};
+}
+
+void scripthost::placecontrol(fractioni *control)
+{
+    // New controls go below the ones already on the form.
+    const QRect used = m_form->childrenRect();
+    control->move(8, used.isNull() ? 8 : used.bottom() + 8);
+    control->setObjectName(QStringLiteral("fractioni%1").arg(++m_created));
+    control->show();
+    m_controls.append(control);
+}
+
+QJSValue scripthost::createfraction(const QJSValue &bag)
+{
+    const propertybag *source = nullptr;
+    if (!bag.isNull() && !bag.isUndefined()) {
+        auto *scriptbag = qobject_cast<scriptpropertybag *>(bag.toQObject());
+        if (!scriptbag) {
+            throwautomation(13, QStringLiteral("Type mismatch"),
+                            QStringLiteral("createfraction: %1 is not a property bag").arg(bag.toString()));
+            return {};
+        }
+        source = &scriptbag->bag();
+    }
+    auto *control = new fractioni(m_form.get());
+    if (source)
+        control->ReadProperties(*source);
+    placecontrol(control);
+    return scriptcontrol(control);
+}
+
+QJSValue scripthost::createpropertybag()
+{
+    auto *bag = new scriptpropertybag(this);
+    return m_engine.newQObject(bag);
+}
+
+QStringList scripthost::messages()
+{
+    return m_capture->take();
+}
+
+void scripthost::print(const QString &line)
+{
+    m_output(line);
+}
+
+bool scripthost::savepicture(const QJSValue &control, const QJSValue &file)
+{
+    fractioni *target = controlof(control, "savepicture");
+    if (!target)
+        return false;
+    if (!file.isString() || file.toString().isEmpty()) {
+        throwautomation(13, QStringLiteral("Type mismatch"), QStringLiteral("savepicture: the file name must be a text"));
+        return false;
+    }
+    const QPixmap picture = target->Picture();
+    if (picture.isNull() || !picture.save(file.toString())) {
+        throwautomation(75, QStringLiteral("Path/File access error"),
+                        QStringLiteral("savepicture: cannot write %1").arg(file.toString()));
+        return false;
+    }
+    return true;
+}
+
+QString scripthost::typelibrary() const
+{
+    return typelibrarytext();
+}
+
+QJSValue scripthost::membertable()
+{
+    QJSValue table = m_engine.newObject();
+    for (const dispmember &member : fractionimembers()) {
+        const QString name = QString::fromLatin1(member.name);
+        QJSValue entry = table.property(name);
+        if (!entry.isObject()) {
+            entry = m_engine.newObject();
+            table.setProperty(name, entry);
+        }
+        entry.setProperty(invokekindname(member.kind), member.dispid);
+    }
+    return table;
+}
+
+QStringList scripthost::eventnames() const
+{
+    QStringList names;
+    for (const dispevent &event : fractionievents())
+        names << QString::fromLatin1(event.name);
+    return names;
+}
+
+void scripthost::readproperties(const QJSValue &control, const QJSValue &bag)
+{
+    fractioni *target = controlof(control, "ReadProperties");
+    auto *scriptbag = qobject_cast<scriptpropertybag *>(bag.toQObject());
+    if (!target)
+        return;
+    if (!scriptbag) {
+        throwautomation(13, QStringLiteral("Type mismatch"), QStringLiteral("ReadProperties: a property bag is needed"));
+        return;
+    }
+    target->ReadProperties(scriptbag->bag());
+}
+
+void scripthost::writeproperties(const QJSValue &control, const QJSValue &bag)
+{
+    fractioni *target = controlof(control, "WriteProperties");
+    auto *scriptbag = qobject_cast<scriptpropertybag *>(bag.toQObject());
+    if (!target)
+        return;
+    if (!scriptbag) {
+        throwautomation(13, QStringLiteral("Type mismatch"), QStringLiteral("WriteProperties: a property bag is needed"));
+        return;
+    }
+    target->WriteProperties(scriptbag->bag());
+}
+
+QJSValue scripthost::routine(const QString &name, const QJSValue &args)
+{
+    if (name.isEmpty())
+        return m_engine.toScriptValue(scriptroutines::names());
+    return scriptroutines::call(*this, name, args);
+}
+
+} // namespace kelfractionint
