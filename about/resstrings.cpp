@@ -23,8 +23,8 @@ constexpr std::array table{
     entry{4, "NORVANE, makers of the kelfractionint fraction components"},
     entry{5, ","},
     entry{6, "."},
-    entry{102, "A control that shows and edits one fraction (a whole part, a numerator and a denominator) "
-                "and computes exactly with fractions."},
+    entry{102, "The NORVANE fraction control shows and edits one fraction (a whole part, a numerator and a "
+                "denominator) and computes exactly with fractions."},
     entry{104, "Designed and built by NORVANE: it reduces, expands and inverts fractions, adds, subtracts, "
                 "multiplies and divides them, and turns them into decimals and percentages and back."},
     entry{200, "Invalid property value"},

@@ -121,8 +121,9 @@ int propertypage::twipstopixels(int twips, bool vertical) const
 
 void propertypage::placetwips(QWidget *child, int left, int top, int width, int height) const
 {
-    child->setGeometry(twipstopixels(left, false), twipstopixels(top, true), twipstopixels(width, false),
-                       twipstopixels(height, true));
+    // Captions keep their full text where this platform's font is wider than the design's.
+    const int pixelwidth = qMax(twipstopixels(width, false), child->sizeHint().width());
+    child->setGeometry(twipstopixels(left, false), twipstopixels(top, true), pixelwidth, twipstopixels(height, true));
 }
 
 void propertypage::sizetwips(int width, int height)

@@ -71,7 +71,8 @@ protected:
     int selectedcount16() const;
     /*! Writes through the installed writer. */
     void write(QObject *control, const char *name, const QVariant &value) const;
-    /*! Places \a child at a rectangle given in twips, converted to this page's pixels. */
+    /*! Places \a child at a rectangle given in twips, converted to this page's pixels; a child
+     *  whose caption needs more room is widened. */
     void placetwips(QWidget *child, int left, int top, int width, int height) const;
     /*! Sizes the page to its design size in twips. */
     void sizetwips(int width, int height);

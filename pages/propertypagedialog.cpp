@@ -47,6 +47,11 @@ QList<propertypage *> propertypagedialog::pages() const
     return m_pages;
 }
 
+void propertypagedialog::setcurrentpage(int index)
+{
+    m_tabs->setCurrentIndex(index);
+}
+
 void propertypagedialog::setSelectedControls(const QList<QObject *> &controls)
 {
     m_selection = controls;

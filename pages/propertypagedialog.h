@@ -31,12 +31,15 @@ public:
     /*! Adds \a page (the dialog takes ownership) and hands it the current selection. */
     void addpage(propertypage *page);
     QList<propertypage *> pages() const;
+    /*! Brings the page at \a index to the front. */
+    void setcurrentpage(int index);
 
     /*! Hands every page the selection \a controls. */
     void setSelectedControls(const QList<QObject *> &controls);
 
-    /*! Applies every changed page; false when a property raised an error. */
-    bool apply();
+    /*! Applies every changed page; false when a property raised an error. A host that records
+     *  the writes (a form designer's undo stack) brackets this call. */
+    virtual bool apply();
 
     QPushButton *applybutton() const;
 
