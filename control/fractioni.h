@@ -160,7 +160,10 @@ public:
     Q_INVOKABLE kelfractionint::fractioni *changesign();
     /*! Loads a record (whole part, numerator, denominator): the caller's list receives the trimmed
      *  texts. Raises 9 for fewer than three elements. Returns the control. */
-    Q_INVOKABLE kelfractionint::fractioni *loadfraction(QStringList &strarr);
+    kelfractionint::fractioni *loadfraction(QStringList &strarr);
+    /*! The same for late-bound callers (scripts, QMetaObject::invokeMethod), which pass the record
+     *  by value: script engines cannot bind a non-const reference. */
+    Q_INVOKABLE kelfractionint::fractioni *loadfraction(const QStringList &strarr);
     /*! "0" for an empty value, otherwise "+" or "-". */
     Q_INVOKABLE QString getsign() const;
     Q_INVOKABLE QStringList reduce();

@@ -242,6 +242,12 @@ fractioni *fractioni::loadfraction(QStringList &strarr)
     return this;
 }
 
+fractioni *fractioni::loadfraction(const QStringList &strarr)
+{
+    QStringList copy = strarr;
+    return loadfraction(copy);
+}
+
 fractioni *fractioni::clearfraction()
 {
     setWholepartvalue(QString());
