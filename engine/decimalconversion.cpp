@@ -2,7 +2,7 @@
 
 #include "modfracglobal.h"
 
-#include "checkedint.h"
+#include "engineinternal.h"
 
 #include <cmath>
 
@@ -21,8 +21,14 @@ FractionResult strfractodecimal(const FractionText &fraction, std::int32_t decim
         const std::int32_t w = partvalue(fraction[0]);
         const std::int32_t n = partvalue(fraction[1]);
         const std::int32_t d = partvalue(fraction[2]);
-        if (d == 0)
-            raise(errnum::divisionbyzero);
+        if (d == 0) {
+            report(errnum::divisionbyzero);
+            return;
+        }
+        if (decimals < 0) {
+            report(errnum::invalidcall);
+            return;
+        }
         double x = double(n) / double(d);
         x = roundtodecimals(x, decimals);
         // The whole part is added after rounding, so it is never rounded itself.
@@ -43,18 +49,29 @@ FractionResult strdecimaltofrac(const FractionText &fraction)
             result = fraction;
             return;
         }
-        const double x = texttodouble(fraction[0]);
+        double x = 0;
+        std::int32_t w = 0;
+        if (const int error = readdouble(fraction[0], x); error != 0) {
+            report(error);
+            return;
+        }
         const double integral = std::trunc(x);
-        const std::int32_t w = roundtolong(std::fabs(integral));
         const double part = x - integral;
         // The number's text is read by the locale but its decimals are counted after either
         // mark; hosts rely on the two readings being independent ("2,5" in a "." locale).
         const std::int32_t k = decimalcount(fraction[0]);
-        if (k > 308)
-            raise(errnum::overflow);
-        const double scale = std::pow(10.0, k);
-        const std::int32_t n = roundtolong(part * scale);
-        const std::int32_t d = roundtolong(scale);
+        const double scale = k > 308 ? HUGE_VAL : powerof10(k);
+        std::int32_t n = 0;
+        std::int32_t d = 0;
+        int error = roundlong(std::fabs(integral), w);
+        if (error == 0)
+            error = roundlong(part * scale, n);
+        if (error == 0)
+            error = roundlong(scale, d);
+        if (error != 0) {
+            report(error);
+            return;
+        }
         FractionText converted;
         converted[1] = parttext(checkedabs(n));
         converted[2] = parttext(d);

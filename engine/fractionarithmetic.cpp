@@ -2,7 +2,7 @@
 
 #include "modfracglobal.h"
 
-#include "checkedint.h"
+#include "engineinternal.h"
 
 namespace modfracglobal {
 
@@ -12,8 +12,10 @@ FractionResult straddfractions(const FractionList &fractions)
 {
     FractionResult result;
     guarded([&] {
-        if (fractions.empty())
-            raise(errnum::subscript);
+        if (fractions.empty()) {
+            report(errnum::subscript);
+            return;
+        }
         const std::size_t count = fractions.size();
         LongList wholes(count);
         LongList numerators(count);
@@ -54,13 +56,17 @@ FractionResult strmultiplyfractions(FractionList &fractions)
 {
     FractionResult result;
     guarded([&] {
-        if (fractions.empty())
-            raise(errnum::subscript);
+        if (fractions.empty()) {
+            report(errnum::subscript);
+            return;
+        }
         for (FractionText &row : fractions) {
-            const FractionResult improper = strmixedtofrac(row);
-            if (!improper)
-                raise(errnum::subscript);
-            row = *improper;
+            FractionResult improper = strmixedtofrac(row);
+            if (!improper) {
+                report(errnum::subscript);
+                return;
+            }
+            row = std::move(*improper);
         }
         // No common factors are cancelled: hosts see the unreduced product (and its overflow).
         std::int32_t numerator = 1;
@@ -86,8 +92,10 @@ FractionResult strdividefractions(FractionList &fractions)
 {
     FractionResult result;
     guarded([&] {
-        if (fractions.empty())
-            raise(errnum::subscript);
+        if (fractions.empty()) {
+            report(errnum::subscript);
+            return;
+        }
         // An empty divisor yields the marker (empty, empty, "-") that callers test for.
         if (fractions.size() > 1 && isemptyfraction(fractions[1])) {
             result = FractionText{"", "", "-"};

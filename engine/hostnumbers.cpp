@@ -1,6 +1,7 @@
 #include "hostnumbers.h"
 
 #include "automationerror.h"
+#include "engineinternal.h"
 
 #include <charconv>
 #include <clocale>
@@ -60,8 +61,25 @@ struct scannednumber
     bool allzero = true;
 };
 
+class normalwriter
+{
+public:
+    explicit normalwriter(char *buffer)
+        : m_buffer(buffer)
+    {
+    }
+    void push_back(char c) { m_buffer[m_size++] = c; }
+    std::size_t size() const { return m_size; }
+
+private:
+    char *m_buffer;
+    std::size_t m_size = 0;
+};
+
+// The normal form is never longer than the text plus two characters (a "0" on each side of
+// a bare decimal separator).
 bool scannumber(std::string_view text, const numberlocale &locale, scannednumber &out,
-                std::string *normal)
+                normalwriter *normal)
 {
     std::size_t i = 0;
     std::size_t end = text.size();
@@ -169,37 +187,96 @@ bool scannumber(std::string_view text, const numberlocale &locale, scannednumber
     return true;
 }
 
-enum class conversion { ok, notanumber, overflow };
+} // namespace
 
-conversion convertdouble(std::string_view text, double &value)
+namespace detail {
+
+int readdouble(std::string_view text, double &value)
 {
     scannednumber scanned;
-    std::string normal;
-    normal.reserve(text.size() + 2);
+    char small[64];
+    std::string large;
+    char *buffer = small;
+    if (text.size() + 2 > sizeof small) {
+        large.resize(text.size() + 2);
+        buffer = large.data();
+    }
+    normalwriter normal(buffer);
     if (!scannumber(text, activelocale(), scanned, &normal))
-        return conversion::notanumber;
+        return errnum::typemismatch;
     if (scanned.allzero) {
         value = scanned.negative ? -0.0 : 0.0;
-        return conversion::ok;
+        return 0;
     }
     double parsed = 0;
-    const auto [ptr, ec] = std::from_chars(normal.data(), normal.data() + normal.size(), parsed);
+    const auto [ptr, ec] = std::from_chars(buffer, buffer + normal.size(), parsed);
     if (ec == std::errc::result_out_of_range) {
         // Too small underflows to zero; too large does not fit a double.
         if (scanned.magnitude > 0)
-            return conversion::overflow;
+            return errnum::overflow;
         value = scanned.negative ? -0.0 : 0.0;
-        return conversion::ok;
+        return 0;
     }
-    if (ec != std::errc() || ptr != normal.data() + normal.size())
-        return conversion::notanumber;
+    if (ec != std::errc() || ptr != buffer + normal.size())
+        return errnum::typemismatch;
     if (!std::isfinite(parsed))
-        return conversion::overflow;
+        return errnum::overflow;
     value = parsed;
-    return conversion::ok;
+    return 0;
 }
 
-} // namespace
+int readlong(std::string_view text, std::int32_t &value)
+{
+    // Plain digits, the usual content of a fraction's part, need no locale at all.
+    if (!text.empty() && text.size() <= 10) {
+        std::uint64_t magnitude = 0;
+        std::size_t i = 0;
+        for (; i < text.size() && text[i] >= '0' && text[i] <= '9'; ++i)
+            magnitude = magnitude * 10 + std::uint64_t(text[i] - '0');
+        if (i == text.size()) {
+            if (magnitude > 2147483647u)
+                return errnum::overflow;
+            value = static_cast<std::int32_t>(magnitude);
+            return 0;
+        }
+    }
+    scannednumber scanned;
+    if (!scannumber(text, activelocale(), scanned, nullptr))
+        return errnum::typemismatch;
+    if (scanned.plaininteger) {
+        const std::uint64_t limit = scanned.negative ? 2147483648ull : 2147483647ull;
+        if (scanned.intoverflow || scanned.intvalue > limit)
+            return errnum::overflow;
+        value = scanned.negative ? static_cast<std::int32_t>(-static_cast<std::int64_t>(scanned.intvalue))
+                                 : static_cast<std::int32_t>(scanned.intvalue);
+        return 0;
+    }
+    double real = 0;
+    if (const int error = readdouble(text, real))
+        return error;
+    return roundlong(real, value);
+}
+
+int roundlong(double real, std::int32_t &value)
+{
+    const double rounded = std::nearbyint(real);
+    if (!(rounded >= -2147483648.0 && rounded <= 2147483647.0))
+        return errnum::overflow;
+    value = static_cast<std::int32_t>(rounded);
+    return 0;
+}
+
+double powerof10(std::int32_t exponent)
+{
+    static constexpr double exact[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                       1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                       1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+    if (exponent >= 0 && exponent <= 22)
+        return exact[exponent];
+    return std::pow(10.0, exponent);
+}
+
+} // namespace detail
 
 numberlocale systemnumberlocale()
 {
@@ -234,39 +311,26 @@ void setnumberlocale(const numberlocale &locale)
 
 std::int32_t texttolong(std::string_view text)
 {
-    scannednumber scanned;
-    if (!scannumber(text, activelocale(), scanned, nullptr))
-        throw automationerror(errnum::typemismatch);
-    if (scanned.plaininteger) {
-        const std::uint64_t limit = scanned.negative ? 2147483648ull : 2147483647ull;
-        if (scanned.intoverflow || scanned.intvalue > limit)
-            throw automationerror(errnum::overflow);
-        return scanned.negative ? static_cast<std::int32_t>(-static_cast<std::int64_t>(scanned.intvalue))
-                                : static_cast<std::int32_t>(scanned.intvalue);
-    }
-    return roundtolong(texttodouble(text));
+    std::int32_t value = 0;
+    if (const int error = detail::readlong(text, value))
+        throw automationerror(error);
+    return value;
 }
 
 double texttodouble(std::string_view text)
 {
     double value = 0;
-    switch (convertdouble(text, value)) {
-    case conversion::ok:
-        return value;
-    case conversion::overflow:
-        throw automationerror(errnum::overflow);
-    case conversion::notanumber:
-        break;
-    }
-    throw automationerror(errnum::typemismatch);
+    if (const int error = detail::readdouble(text, value))
+        throw automationerror(error);
+    return value;
 }
 
 std::int32_t roundtolong(double value)
 {
-    const double rounded = std::nearbyint(value);
-    if (!(rounded >= -2147483648.0 && rounded <= 2147483647.0))
-        throw automationerror(errnum::overflow);
-    return static_cast<std::int32_t>(rounded);
+    std::int32_t result = 0;
+    if (const int error = detail::roundlong(value, result))
+        throw automationerror(error);
+    return result;
 }
 
 std::string doubletotext(double value)
@@ -298,7 +362,7 @@ double roundtodecimals(double value, std::int32_t decimals)
         throw automationerror(errnum::invalidcall);
     if (!std::isfinite(value) || decimals > 308)
         return value;
-    const double scale = std::pow(10.0, decimals);
+    const double scale = detail::powerof10(decimals);
     const double scaled = value * scale;
     // Beyond 2^52 a double holds no fraction any more: nothing is left to round.
     if (!std::isfinite(scaled) || std::fabs(scaled) >= 4503599627370496.0)
@@ -309,7 +373,7 @@ double roundtodecimals(double value, std::int32_t decimals)
 bool isnumerictext(std::string_view text)
 {
     double value = 0;
-    return convertdouble(text, value) == conversion::ok;
+    return detail::readdouble(text, value) == 0;
 }
 
 } // namespace modfracglobal

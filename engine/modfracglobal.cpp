@@ -1,8 +1,9 @@
 #include "modfracglobal.h"
 
-#include "checkedint.h"
+#include "engineinternal.h"
 
 #include <algorithm>
+#include <limits>
 #include <numeric>
 
 namespace modfracglobal {
@@ -11,8 +12,8 @@ using namespace detail;
 
 namespace {
 
-// More rounds than any list of positive entries needs; lists with negative entries can cycle
-// for ever, and are stopped here as the host's call stack would stop the recursion.
+// Far more rounds than any list needs (each round shrinks an entry, Euclid-fast in practice);
+// a last guard standing in for the host's call stack.
 constexpr int maxgcdrounds = 10000;
 
 bool isnegativetext(std::string_view text)
@@ -39,7 +40,9 @@ void reducebyentry(LongList &list, std::size_t chosen)
     }
 }
 
-std::int32_t gcdrounds(const LongList &list)
+// listgcd's rounds: reduce by the chosen entry, drop the zeros, until one entry is left. Returns
+// false after reporting when the rounds would never end.
+bool gcdrounds(const LongList &list, std::int32_t &result)
 {
     LongList work;
     work.reserve(list.size());
@@ -49,17 +52,34 @@ std::int32_t gcdrounds(const LongList &list)
         const LongList kept = removezeros(list);
         LongList reduced = kept;
         reduced = modbymin(reduced);
-        if (reduced.empty())
-            raise(errnum::subscript);
-        return reduced.front();
+        if (reduced.empty()) {
+            report(errnum::subscript);
+            return false;
+        }
+        result = reduced.front();
+        return true;
     }
     for (int round = 0; work.size() > 1; ++round) {
-        if (round == maxgcdrounds)
-            raise(errnum::outofstack);
-        reducebyentry(work, stepdownindex(work));
+        // An entry that changes shrinks in magnitude, so a round that changes nothing would
+        // repeat for ever: the recursion of the rounds runs out of stack.
+        bool changed = false;
+        const std::size_t chosen = stepdownindex(work);
+        const std::int32_t divisor = work[chosen];
+        for (std::size_t i = 0; i < work.size(); ++i) {
+            if (i != chosen) {
+                const std::int32_t rest = divisor == -1 ? 0 : work[i] % divisor;
+                changed = changed || rest != work[i];
+                work[i] = rest;
+            }
+        }
+        if (!changed || round == maxgcdrounds) {
+            report(errnum::outofstack);
+            return false;
+        }
         work.erase(std::remove(work.begin(), work.end(), 0), work.end());
     }
-    return work.front();
+    result = work.front();
+    return true;
 }
 
 } // namespace
@@ -88,13 +108,18 @@ bool isnegative(const FractionText &fraction)
 
 std::int32_t partvalue(std::string_view part)
 {
-    std::int32_t result = 0;
-    guarded([&] {
-        if (part.empty() || part == "+" || part == "-")
-            return;
-        result = checkedabs(texttolong(part));
-    });
-    return result;
+    if (part.empty() || part == "+" || part == "-")
+        return 0;
+    std::int32_t value = 0;
+    if (const int error = readlong(part, value)) {
+        report(error);
+        return 0;
+    }
+    if (value == std::numeric_limits<std::int32_t>::min()) {
+        report(errnum::overflow);
+        return 0;
+    }
+    return value < 0 ? -value : value;
 }
 
 std::string parttext(std::int32_t value)
@@ -136,7 +161,7 @@ bool haspercentsign(std::string_view text)
 
 bool hasdecimalsep(std::string_view text)
 {
-    return text.find_first_of(",.") != std::string_view::npos;
+    return std::any_of(text.begin(), text.end(), [](char c) { return c == ',' || c == '.'; });
 }
 
 LongList removezeros(const LongList &list)
@@ -148,8 +173,10 @@ LongList removezeros(const LongList &list)
         std::copy_if(list.begin(), list.end(), std::back_inserter(kept), [](std::int32_t v) { return v != 0; });
         // The result starts with one spare slot that is dropped at the end; with nothing kept
         // there is nothing to drop.
-        if (kept.empty())
-            raise(errnum::subscript);
+        if (kept.empty()) {
+            report(errnum::subscript);
+            return;
+        }
         result = std::move(kept);
     });
     return result;
@@ -157,13 +184,11 @@ LongList removezeros(const LongList &list)
 
 std::int32_t minindex(const LongList &list)
 {
-    std::int32_t result = 0;
-    guarded([&] {
-        if (list.empty())
-            raise(errnum::subscript);
-        result = static_cast<std::int32_t>(stepdownindex(list));
-    });
-    return result;
+    if (list.empty()) {
+        report(errnum::subscript);
+        return 0;
+    }
+    return static_cast<std::int32_t>(stepdownindex(list));
 }
 
 LongList modbymin(LongList &list)
@@ -171,8 +196,10 @@ LongList modbymin(LongList &list)
     LongList result;
     guarded([&] {
         const std::int32_t chosen = minindex(list);
-        if (list.empty())
-            raise(errnum::subscript);
+        if (list.empty()) {
+            report(errnum::subscript);
+            return;
+        }
         reducebyentry(list, static_cast<std::size_t>(chosen));
         result = list;
     });
@@ -182,7 +209,11 @@ LongList modbymin(LongList &list)
 std::int32_t listgcd(LongList &list)
 {
     std::int32_t result = 0;
-    guarded([&] { result = gcdrounds(list); });
+    guarded([&] {
+        std::int32_t gcd = 0;
+        if (gcdrounds(list, gcd))
+            result = gcd;
+    });
     return result;
 }
 
@@ -190,22 +221,31 @@ std::int32_t listlcm(LongList &list)
 {
     std::int32_t result = 0;
     guarded([&] {
-        if (list.empty())
-            raise(errnum::subscript);
+        if (list.empty()) {
+            report(errnum::subscript);
+            return;
+        }
         if (std::find(list.begin(), list.end(), 0) != list.end()) {
             result = -1;
             return;
         }
-        for (std::int32_t &entry : list)
-            entry = checkedabs(entry);
+        for (std::int32_t &entry : list) {
+            if (entry == std::numeric_limits<std::int32_t>::min()) {
+                report(errnum::overflow);
+                return;
+            }
+            entry = entry < 0 ? -entry : entry;
+        }
         // Counting through the multiples of one entry stops at the first multiple of all of them,
         // the least common multiple, and overflows exactly when that is beyond 32 bits; gcd
         // steps give the same answer in time that grows with the digits, not the value.
         std::int64_t lcm = 1;
         for (const std::int32_t entry : list) {
             lcm = lcm / std::gcd(lcm, std::int64_t(entry)) * entry;
-            if (lcm > std::numeric_limits<std::int32_t>::max())
-                raise(errnum::overflow);
+            if (lcm > std::numeric_limits<std::int32_t>::max()) {
+                report(errnum::overflow);
+                return;
+            }
         }
         result = static_cast<std::int32_t>(lcm);
     });

@@ -2,7 +2,7 @@
 
 #include "modfracglobal.h"
 
-#include "checkedint.h"
+#include "engineinternal.h"
 
 namespace modfracglobal {
 
@@ -28,6 +28,10 @@ FractionResult strreduce(const FractionText &fraction)
         std::int32_t n = partvalue(fraction[1]);
         std::int32_t d = partvalue(fraction[2]);
         const std::int32_t g = checkedabs(pairgcd(n, d));
+        if (g == 0) {
+            report(errnum::divisionbyzero);
+            return;
+        }
         n = checkeddiv(n, g);
         d = checkeddiv(d, g);
         FractionText reduced;
@@ -50,7 +54,11 @@ FractionResult strfractomixed(const FractionText &fraction)
         std::int32_t w = partvalue(fraction[0]);
         std::int32_t n = partvalue(fraction[1]);
         const std::int32_t d = partvalue(fraction[2]);
-        const std::int32_t q = checkeddiv(n, d);
+        if (d == 0) {
+            report(errnum::divisionbyzero);
+            return;
+        }
+        const std::int32_t q = n / d;
         w = checkedadd(w, q);
         n = checkedsub(n, checkedmul(d, q));
         // A remainder of 0 leaves an empty numerator over the old denominator; hosts rely on
@@ -127,13 +135,20 @@ FractionResult strinvert(const FractionText &fraction)
             return;
         }
         const FractionResult improper = strmixedtofrac(fraction);
-        if (!improper)
-            raise(errnum::subscript);
+        if (!improper) {
+            report(errnum::subscript);
+            return;
+        }
         // The new denominator is a plain conversion of the numerator's text, so a zero value
         // (empty numerator) fails with a type mismatch; hosts rely on getting no result then.
+        std::int32_t numerator = 0;
+        if (const int error = readlong((*improper)[1], numerator)) {
+            report(error);
+            return;
+        }
         FractionText inverted;
         inverted[1] = (*improper)[2];
-        inverted[2] = std::to_string(texttolong((*improper)[1]));
+        inverted[2] = std::to_string(numerator);
         inverted[0] = (*improper)[0];
         result = std::move(inverted);
     });

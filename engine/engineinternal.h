@@ -9,12 +9,20 @@
 #include <new>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 namespace modfracglobal::detail {
 
 [[noreturn]] inline void raise(int number)
 {
     throw automationerror(number);
+}
+
+/*! Shows the standard description of \a number, as a routine does for an error it catches;
+ *  used where a routine detects the error itself and needs no unwinding to reach its handler. */
+inline void report(int number)
+{
+    showmessage(automationerror::standarddescription(number));
 }
 
 inline std::int32_t checkedadd(std::int32_t a, std::int32_t b)
@@ -79,9 +87,9 @@ void guarded(Body &&body)
     } catch (const automationerror &error) {
         showmessage(error.description());
     } catch (const std::bad_alloc &) {
-        showmessage(automationerror::standarddescription(errnum::outofmemory));
+        report(errnum::outofmemory);
     } catch (const std::length_error &) {
-        showmessage(automationerror::standarddescription(errnum::outofmemory));
+        report(errnum::outofmemory);
     }
 }
 
@@ -92,6 +100,13 @@ namespace modfracglobal::detail {
 /*! listgcd of the two entries, without building a list when both are non-negative and not
  *  both zero (the common case of reducing a fraction). */
 std::int32_t pairgcd(std::int32_t a, std::int32_t b);
+/*! The host number rules without exceptions: each returns 0 or the error number. */
+int readlong(std::string_view text, std::int32_t &value);
+int readdouble(std::string_view text, double &value);
+int roundlong(double real, std::int32_t &value);
+/*! 10 to the power \a exponent, exact up to 10^22. */
+double powerof10(std::int32_t exponent);
+
 /*! "-" followed by the magnitude's text when \a source is negative, else the magnitude's text. */
 std::string signedwhole(const FractionText &source, std::int32_t magnitude);
 /*! True when the record's whole part begins with "-". */
