@@ -1,0 +1,233 @@
+#include "scripthost.h"
+
+#include "fractioni.h"
+#include "fractionidispatch.h"
+
+#include "hostnumbers.h"
+
+#include <QFile>
+#include <QImage>
+#include <QLocale>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace kelfractionint;
+
+namespace {
+
+struct outcome
+{
+    int code;
+    QString out;
+    QString err;
+};
+
+} // namespace
+
+class tst_fractionscript : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QLocale::setDefault(QLocale::c());
+        modfracglobal::setnumberlocale({".", ","});
+        QVERIFY(m_runtime.isValid());
+    }
+
+    // The README's examples, run by the program as a user runs them.
+    void examples_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("value") << "value.js" << "4 1 7\n[\"\",\"3\",\"4\"]\n2\n3/4\n";
+        QTest::newRow("events") << "events.js"
+                                << "+ [\"4\",\"1\",\"7\"] -> - [\"-4\",\"1\",\"7\"]\n"
+                                   " [\"-4\",\"1\",\"7\"] -> - [\"-4\",\"1\",\"7\"]\n";
+        QTest::newRow("arithmetic") << "arithmetic.js"
+                                    << "[\"\",\"5\",\"6\"]\n[\"\",\"1\",\"6\"]\n3/4\nerror 11 Division by zero\n";
+        QTest::newRow("bag") << "bag.js"
+                             << "[\"Wholepartvalue\",\"Width\",\"Height\",\"Fractionslash\",\"Font\"]\n-2 1 7 false\n";
+        QTest::newRow("dispatch") << "dispatch.js"
+                                  << "-3\nffff\n        HRESULT Wholepartvalue([out, retval] BSTR*);\n"
+                                     "        HRESULT Wholepartvalue([in] BSTR value);\n[\"0.3333\",\"\",\"\"]\n";
+    }
+
+    void examples()
+    {
+        QFETCH(QString, file);
+        QFETCH(QString, expected);
+        const outcome run = program({QStringLiteral(KEL_SCRIPT_EXAMPLES "/") + file});
+        QCOMPARE(run.err, QString());
+        QCOMPARE(run.code, 0);
+        QCOMPARE(run.out, expected);
+    }
+
+    void everymemberbyname()
+    {
+        const QString path = QStringLiteral(KEL_SCRIPT_TESTS "/everymember.js");
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QString script = QString::fromUtf8(file.readAll());
+        for (const dispmember &member : fractionimembers())
+            QVERIFY2(script.contains(QLatin1Char('.') + QLatin1String(member.name)), member.name);
+        const outcome run = program({path});
+        QCOMPARE(run.err, QString());
+        QCOMPARE(run.code, 0);
+        QCOMPARE(run.out, QStringLiteral("every member ran\n"));
+    }
+
+    void commandline_data()
+    {
+        QTest::addColumn<QStringList>("args");
+        QTest::addColumn<int>("code");
+        QTest::addColumn<QString>("out");
+        QTest::addColumn<QString>("err");
+        QTest::newRow("uncaught automation error")
+            << QStringList{"-e", "createfraction().Wholepartvalue = 'x'"} << 1 << "" << "error 380: Invalid property value\n";
+        QTest::newRow("uncaught script error with its place")
+            << QStringList{"-e", "print(1);\nnosuchthing()"} << 1 << "1\n" << "ReferenceError: nosuchthing is not defined (<code>:2)\n";
+        QTest::newRow("no program") << QStringList{} << 2 << "" << "usage:";
+        QTest::newRow("unknown option") << QStringList{"--fast", "-e", "1"} << 2 << "" << "usage:";
+        QTest::newRow("two programs") << QStringList{"-e", "1", "x.js"} << 2 << "" << "usage:";
+        QTest::newRow("missing file") << QStringList{"/nonexistent/x.js"} << 2 << "" << "cannot read";
+        QTest::newRow("unknown locale") << QStringList{"--locale", "xx_QQ", "-e", "1"} << 2 << "" << "unknown locale";
+        QTest::newRow("decimal comma") << QStringList{"--locale", "de_DE", "-e", "print(modfracglobal.doubletotext(2.5))"}
+                                       << 0 << "2,5\n" << "";
+        QTest::newRow("decimal point") << QStringList{"--locale", "C", "-e", "print(modfracglobal.doubletotext(2.5))"}
+                                       << 0 << "2.5\n" << "";
+        // Design mode reports a conflicting setting in a message instead of raising 380.
+        QTest::newRow("design mode")
+            << QStringList{"--design", "-e", "var f = createfraction(); f.WholepartLocked = true; f.Forcesign = true;"
+                                             "print(messages()); print(messages().length)"}
+            << 0 << "[\"Usereditable and forcesign can't be True simultaneously\"]\n0\n" << "";
+        QTest::newRow("run mode")
+            << QStringList{"-e", "var f = createfraction(); f.WholepartLocked = true; f.Forcesign = true;"} << 1 << ""
+            << "error 380: Invalid property value\n";
+    }
+
+    void commandline()
+    {
+        QFETCH(QStringList, args);
+        QFETCH(int, code);
+        QFETCH(QString, out);
+        QFETCH(QString, err);
+        const outcome run = program(args);
+        QCOMPARE(run.code, code);
+        QCOMPARE(run.out, out);
+        if (err.endsWith(QLatin1Char('\n')) || err.isEmpty())
+            QCOMPARE(run.err, err);
+        else
+            QVERIFY2(run.err.contains(err), qPrintable(run.err));
+    }
+
+    // Bad input ends in a clear error and leaves the controls' values alone.
+    void badinput_data()
+    {
+        QTest::addColumn<QString>("code");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<int>("number");
+        QTest::newRow("text for a Long") << "f.expand('many')" << "TypeError" << 13;
+        QTest::newRow("absurd factor") << "f.expand(1e15)" << "TypeError" << 6;
+        QTest::newRow("missing argument") << "f.fracsize(100)" << "TypeError" << 449;
+        QTest::newRow("too many arguments") << "f.getsign(1)" << "TypeError" << 450;
+        QTest::newRow("null control") << "f.addtwofractions(f, null)" << "Error" << 91;
+        QTest::newRow("undefined control") << "f.subtractfractions(undefined, f)" << "TypeError" << 13;
+        QTest::newRow("plain object for a control") << "f.dividefractions({}, f)" << "TypeError" << 13;
+        QTest::newRow("null collection") << "f.addfractions(null)" << "Error" << 91;
+        QTest::newRow("number as a collection") << "f.multiplyfractions(5)" << "TypeError" << 13;
+        QTest::newRow("misspelt property") << "f.numeratorvalue = '3'" << "TypeError" << 438;
+        QTest::newRow("assigning a method") << "f.reduce = 1" << "TypeError" << 438;
+        QTest::newRow("read-only property") << "f.Numerdenomgcd = 3" << "Error" << 450;
+        QTest::newRow("rejected whole part") << "f.Wholepartvalue = '1/2'" << "Error" << 380;
+        QTest::newRow("short record") << "f.loadfraction(['1'])" << "Error" << 9;
+        QTest::newRow("record that is no array") << "f.loadfraction('1 2 3')" << "TypeError" << 13;
+        QTest::newRow("unknown dispatch id") << "dispinvoke(f, 42, 'get')" << "Error" << 438;
+        QTest::newRow("unknown kind") << "dispinvoke(f, -501, 'put', 1)" << "TypeError" << 5;
+        QTest::newRow("dispinvoke on nothing") << "dispinvoke(null, -501, 'get')" << "Error" << 91;
+        QTest::newRow("record of the wrong size") << "modfracglobal.strreduce(['1', '2'])" << "TypeError" << 13;
+        QTest::newRow("engine text that is no number") << "modfracglobal.texttolong('x')" << "Error" << 13;
+        QTest::newRow("picture of nothing") << "savepicture(null, 'x.png')" << "Error" << 91;
+        QTest::newRow("bag that is no bag") << "createfraction({})" << "TypeError" << 13;
+    }
+
+    void badinput()
+    {
+        QFETCH(QString, code);
+        QFETCH(QString, name);
+        QFETCH(int, number);
+        scripthost host;
+        QVERIFY(!host.evaluate(QStringLiteral("var f = createfraction(); f.loadfraction(['1', '2', '3'])")).isError());
+        const QJSValue error = host.evaluate(code);
+        QVERIFY2(error.isError(), qPrintable(code));
+        QCOMPARE(error.property(QStringLiteral("name")).toString(), name);
+        QCOMPARE(error.property(QStringLiteral("number")).toInt(), number);
+        QVERIFY(!error.property(QStringLiteral("description")).toString().isEmpty());
+        fractioni *f = host.controls().value(0);
+        QVERIFY(f);
+        QCOMPARE((QStringList{f->Wholepartvalue(), f->Numeratorvalue(), f->Denominatorvalue()}),
+                 (QStringList{"1", "2", "3"}));
+    }
+
+    void eventsreachscripts()
+    {
+        scripthost host;
+        const QJSValue result = host.evaluate(QStringLiteral(
+            "var seen = []; var f = createfraction();"
+            "f.fractionvaluechanged.connect(function () { seen.push(Array.prototype.slice.call(arguments)); });"
+            "f.Numeratorvalue = ''; JSON.stringify(seen)"));
+        QVERIFY(!result.isError());
+        // Clearing the numerator sets the denominator to "1" first: two events in this order.
+        QCOMPARE(result.toString(), QStringLiteral(R"([["+","4","1","7","+","4","1","1"],["+","4","1","1","+","4","","1"]])"));
+    }
+
+    // The host owns its controls: collecting the script's garbage deletes none of them.
+    void controlssurvivegarbagecollection()
+    {
+        scripthost host;
+        QVERIFY(!host.evaluate(QStringLiteral("(function () { for (var i = 0; i < 20; ++i) createfraction(); })()")).isError());
+        host.engine().collectGarbage();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QCOMPARE(host.controls().size(), 20);
+        QVERIFY(!host.evaluate(QStringLiteral("createfraction().addtwofractions(createfraction(), createfraction())")).isError());
+        host.engine().collectGarbage();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QCOMPARE(host.controls().size(), 23);
+    }
+
+    void picturefile()
+    {
+        scripthost host;
+        host.form()->setAttribute(Qt::WA_DontShowOnScreen);
+        host.form()->show();
+        const QString file = m_runtime.filePath(QStringLiteral("fraction.png"));
+        const QJSValue result = host.evaluate(QStringLiteral("savepicture(createfraction(), '%1')").arg(file));
+        QVERIFY2(!result.isError(), qPrintable(scripthost::errortext(result)));
+        const QImage image(file);
+        QVERIFY(!image.isNull());
+        QCOMPARE(image.size(), host.controls().value(0)->size() * host.controls().value(0)->devicePixelRatioF());
+    }
+
+private:
+    outcome program(const QStringList &args)
+    {
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), m_runtime.path());
+        process.setProcessEnvironment(environment);
+        process.setWorkingDirectory(m_runtime.path());
+        process.start(QStringLiteral(KEL_SCRIPT_PROGRAM), args);
+        if (!process.waitForFinished(60000))
+            return {-1, {}, QStringLiteral("timed out")};
+        return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+                QString::fromUtf8(process.readAllStandardError())};
+    }
+
+    QTemporaryDir m_runtime;
+};
+
+QTEST_MAIN(tst_fractionscript)
+#include "tst_fractionscript.moc"
