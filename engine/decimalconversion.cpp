@@ -33,9 +33,8 @@ FractionResult strfractodecimal(const FractionText &fraction, std::int32_t decim
         x = roundtodecimals(x, decimals);
         // The whole part is added after rounding, so it is never rounded itself.
         x += double(w);
-        FractionText decimal;
+        FractionText &decimal = result.emplace();
         decimal[0] = isnegative(fraction) ? "-" + doubletotext(std::fabs(x)) : doubletotext(x);
-        result = std::move(decimal);
     });
     return result;
 }
@@ -72,11 +71,10 @@ FractionResult strdecimaltofrac(const FractionText &fraction)
             report(error);
             return;
         }
-        FractionText converted;
+        FractionText &converted = result.emplace();
         converted[1] = parttext(checkedabs(n));
         converted[2] = parttext(d);
         converted[0] = signedwhole(fraction, w);
-        result = std::move(converted);
     });
     return result;
 }

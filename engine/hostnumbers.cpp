@@ -193,8 +193,37 @@ namespace detail {
 
 int readdouble(std::string_view text, double &value)
 {
-    scannednumber scanned;
     char small[64];
+    // Digits with one decimal separator and an optional minus, the usual decimal text: only
+    // the separator needs translating for std::from_chars.
+    const std::string &decimal = activelocale().decimal;
+    if (decimal.size() == 1 && !text.empty() && text.size() < sizeof small) {
+        std::size_t length = 0;
+        std::size_t digits = 0;
+        bool point = false;
+        bool plain = true;
+        for (std::size_t i = 0; i < text.size() && plain; ++i) {
+            const char c = text[i];
+            if (isdigit(c)) {
+                ++digits;
+                small[length++] = c;
+            } else if (c == decimal.front() && !point && digits > 0 && i + 1 < text.size()) {
+                point = true;
+                small[length++] = '.';
+            } else if (c == '-' && i == 0) {
+                small[length++] = c;
+            } else {
+                plain = false;
+            }
+        }
+        if (plain && digits > 0) {
+            const auto [ptr, ec] = std::from_chars(small, small + length, value);
+            if (ec == std::errc() && ptr == small + length)
+                return 0;
+        }
+    }
+
+    scannednumber scanned;
     std::string large;
     char *buffer = small;
     if (text.size() + 2 > sizeof small) {
@@ -227,17 +256,19 @@ int readdouble(std::string_view text, double &value)
 
 int readlong(std::string_view text, std::int32_t &value)
 {
-    // Plain digits, the usual content of a fraction's part, need no locale at all.
-    if (!text.empty() && text.size() <= 10) {
-        std::uint64_t magnitude = 0;
-        std::size_t i = 0;
-        for (; i < text.size() && text[i] >= '0' && text[i] <= '9'; ++i)
-            magnitude = magnitude * 10 + std::uint64_t(text[i] - '0');
-        if (i == text.size()) {
-            if (magnitude > 2147483647u)
-                return errnum::overflow;
-            value = static_cast<std::int32_t>(magnitude);
-            return 0;
+    // Plain digits with an optional sign, the usual content of a fraction's part, need no
+    // locale at all.
+    if (!text.empty()) {
+        const char *begin = text.data() + (text.front() == '+' ? 1 : 0);
+        const char *end = text.data() + text.size();
+        if (begin != end && (*begin != '-' || begin == text.data())) {
+            const auto [ptr, ec] = std::from_chars(begin, end, value);
+            if (ptr == end) {
+                if (ec == std::errc())
+                    return 0;
+                if (ec == std::errc::result_out_of_range)
+                    return errnum::overflow;
+            }
         }
     }
     scannednumber scanned;
@@ -343,16 +374,15 @@ std::string doubletotext(double value)
     if (ec != std::errc())
         return std::string();
     const std::string &decimal = activelocale().decimal;
-    std::string text;
-    text.reserve(std::size_t(end - buffer) + decimal.size());
-    for (const char *p = buffer; p != end; ++p) {
-        if (*p == '.')
-            text += decimal;
-        else if (*p == 'e')
-            text += 'E';
-        else
-            text += *p;
+    for (char *p = buffer; p != end; ++p) {
+        if (*p == 'e')
+            *p = 'E';
     }
+    if (decimal == ".")
+        return std::string(buffer, std::size_t(end - buffer));
+    std::string text(buffer, std::size_t(end - buffer));
+    if (const auto point = text.find('.'); point != std::string::npos)
+        text.replace(point, 1, decimal);
     return text;
 }
 

@@ -3,6 +3,7 @@
 #include "engineinternal.h"
 
 #include <algorithm>
+#include <charconv>
 #include <limits>
 #include <numeric>
 
@@ -126,7 +127,9 @@ std::string parttext(std::int32_t value)
 {
     if (value == 0)
         return std::string();
-    return std::to_string(value);
+    char buffer[12];
+    const char *end = std::to_chars(buffer, buffer + sizeof buffer, value).ptr;
+    return std::string(buffer, std::size_t(end - buffer));
 }
 
 bool isemptypart(std::string_view part)

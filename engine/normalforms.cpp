@@ -34,11 +34,10 @@ FractionResult strreduce(const FractionText &fraction)
         }
         n = checkeddiv(n, g);
         d = checkeddiv(d, g);
-        FractionText reduced;
+        FractionText &reduced = result.emplace();
         reduced[1] = parttext(n);
         reduced[2] = parttext(d);
         reduced[0] = signedwhole(fraction, partvalue(fraction[0]));
-        result = std::move(reduced);
     });
     return result;
 }
@@ -63,11 +62,10 @@ FractionResult strfractomixed(const FractionText &fraction)
         n = checkedsub(n, checkedmul(d, q));
         // A remainder of 0 leaves an empty numerator over the old denominator; hosts rely on
         // that record to tell a whole result from a reduced one.
-        FractionText mixed;
+        FractionText &mixed = result.emplace();
         mixed[1] = parttext(n);
         mixed[2] = parttext(d);
         mixed[0] = signedwhole(fraction, w);
-        result = std::move(mixed);
     });
     return result;
 }
@@ -83,11 +81,10 @@ FractionResult strexpand(const FractionText &fraction, std::int32_t factor)
         const std::int32_t w = partvalue(fraction[0]);
         const std::int32_t n = checkedmul(partvalue(fraction[1]), factor);
         const std::int32_t d = checkedmul(partvalue(fraction[2]), factor);
-        FractionText expanded;
+        FractionText &expanded = result.emplace();
         expanded[1] = parttext(n);
         expanded[2] = parttext(d);
         expanded[0] = signedwhole(fraction, w);
-        result = std::move(expanded);
     });
     return result;
 }
@@ -100,7 +97,7 @@ FractionResult strmixedtofrac(const FractionText &fraction)
             result = FractionText{};
             return;
         }
-        if (hasdecimalsep(fraction[0]) || haspercentsign(fraction[0])) {
+        if (fraction[0].find_first_of(",.%") != std::string::npos) {
             result = fraction;
             return;
         }
@@ -116,12 +113,11 @@ FractionResult strmixedtofrac(const FractionText &fraction)
             d = partvalue(fraction[2]);
         }
         n = checkedadd(checkedmul(w, d), n);
-        FractionText improper;
+        FractionText &improper = result.emplace();
         improper[1] = parttext(n);
         improper[2] = parttext(d);
         if (isnegative(fraction))
             improper[0] = std::string(1, '-');
-        result = std::move(improper);
     });
     return result;
 }
@@ -146,11 +142,10 @@ FractionResult strinvert(const FractionText &fraction)
             report(error);
             return;
         }
-        FractionText inverted;
+        FractionText &inverted = result.emplace();
         inverted[1] = (*improper)[2];
         inverted[2] = std::to_string(numerator);
         inverted[0] = (*improper)[0];
-        result = std::move(inverted);
     });
     return result;
 }
