@@ -1,0 +1,250 @@
+// Layout of the fraction control: field sizes and positions and the control's own size against
+// the layout formulas (computed in twips, applied in pixels), the zoom by height, and the
+// separator as painted.
+#include "fractioni.h"
+#include "messageboxsink.h"
+#include "testsupport.h"
+#include "twips.h"
+
+#include <QImage>
+#include <QLineEdit>
+#include <QTest>
+#include <QVBoxLayout>
+
+#include <cmath>
+
+using kelfractionint::fractioni;
+
+class tst_fractionilayout : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { testsupport::pinlocale(); }
+
+    void geometry_data();
+    void geometry();
+    void emptycontrol();
+    void fracsize();
+    void zoom();
+    void separator_data();
+    void separator();
+
+private:
+    kelfractionint::messagecapture m_messages;
+};
+
+namespace {
+
+struct shown
+{
+    QWidget window;
+    fractioni *control;
+    shown() : control(new fractioni(&window))
+    {
+        auto *layout = new QVBoxLayout(&window);
+        layout->addWidget(control);
+        window.show();
+    }
+    QLineEdit *field(const char *name) const { return control->findChild<QLineEdit *>(QLatin1String(name)); }
+};
+
+int px(double pixels)
+{
+    return int(std::lround(pixels));
+}
+
+} // namespace
+
+void tst_fractionilayout::geometry_data()
+{
+    QTest::addColumn<QStringList>("record");
+    QTest::addColumn<int>("border");
+    QTest::addColumn<bool>("grip");
+    QTest::addColumn<bool>("fracpartvisible");
+
+    QTest::newRow("4 1/7 without border") << QStringList{"4", "1", "7"} << 0 << false << true;
+    QTest::newRow("4 1/7 with fixed border") << QStringList{"4", "1", "7"} << 1 << false << true;
+    QTest::newRow("narrower numerator shifts the numerator") << QStringList{"3", "1", "12"} << 0 << false << true;
+    QTest::newRow("wider numerator shifts the denominator") << QStringList{"-2", "123", "4"} << 1 << false << true;
+    QTest::newRow("equal lengths give no shift") << QStringList{"2", "11", "88"} << 0 << false << true;
+    QTest::newRow("hidden whole part centres the fraction") << QStringList{"", "1", "12"} << 0 << false << true;
+    QTest::newRow("hidden whole part with border") << QStringList{"", "123", "4"} << 1 << false << true;
+    QTest::newRow("hidden fraction part") << QStringList{"15", "", ""} << 0 << false << false;
+    QTest::newRow("grip counts in the width") << QStringList{"4", "1", "7"} << 1 << true << true;
+}
+
+void tst_fractionilayout::geometry()
+{
+    QFETCH(QStringList, record);
+    QFETCH(int, border);
+    QFETCH(bool, grip);
+    QFETCH(bool, fracpartvisible);
+
+    shown s;
+    QVERIFY(QTest::qWaitForWindowExposed(&s.window));
+    fractioni &c = *s.control;
+    c.setBorderstyle(fractioni::fracBorderstyle(border));
+    c.setUserresizeable(grip);
+    c.setFracpartvisible(fracpartvisible);
+    c.loadfraction(record);
+    c.Refreshfraction();
+
+    QLineEdit *whole = s.field("wholepart");
+    QLineEdit *numer = s.field("numerator");
+    QLineEdit *denom = s.field("denominator");
+    QWidget *lblgrip = c.findChild<QWidget *>(QStringLiteral("lblgrip"));
+    QVERIFY(lblgrip);
+    QCOMPARE(!lblgrip->isHidden(), grip);
+    QCOMPARE(!whole->isHidden(), !record.at(0).isEmpty());
+    QCOMPARE(!numer->isHidden(), !record.at(1).isEmpty());
+
+    // Sizes: each field exactly as large as its text, the two fraction fields share the wider width.
+    const QFontMetricsF metrics(whole->font());
+    QCOMPARE(whole->width(), px(metrics.horizontalAdvance(c.Wholepartvalue())));
+    QCOMPARE(whole->height(), px(metrics.height()));
+    const double fracwidth = std::max(metrics.horizontalAdvance(c.Numeratorvalue()),
+                                      metrics.horizontalAdvance(c.Denominatorvalue()));
+    QCOMPARE(numer->width(), px(fracwidth));
+    QCOMPARE(denom->width(), px(fracwidth));
+
+    // The control: gaps of two pixels, the visible children and the centring offset.
+    const double gap = 2;
+    const double B = border;
+    const double d = c.Numeratorvalue().size() == c.Denominatorvalue().size()
+        ? 0
+        : (metrics.horizontalAdvance(c.Numeratorvalue()) - metrics.horizontalAdvance(c.Denominatorvalue())) / 2;
+    const double width = (2 * B + 3) * gap + (numer->isHidden() ? 0 : numer->width())
+                       + (whole->isHidden() ? 0 : whole->width()) + (lblgrip->isHidden() ? 0 : lblgrip->width())
+                       + std::abs(d);
+    QCOMPARE(c.width(), px(width));
+    QCOMPARE(c.height(), px(2 * B * gap + 2 * whole->height()));
+
+    // Positions.
+    const double W = c.width();
+    const double H = c.height();
+    QCOMPARE(whole->pos(), QPoint(px((B + 1) * gap), px(H / 4)));
+    if (!whole->isHidden()) {
+        const double left = gap + whole->width();
+        QCOMPARE(numer->pos(), QPoint(px(d >= 0 ? left : left - d), px(H / 8)));
+        QCOMPARE(denom->pos(), QPoint(px(d >= 0 ? left + d : left), px(5 * H / 8)));
+    } else {
+        const double centre = (W - numer->width()) / 2;
+        QCOMPARE(numer->x(), px(d >= 0 ? centre : centre - d));
+        QCOMPARE(denom->x(), px(d >= 0 ? centre + d : centre));
+        QCOMPARE(numer->y(), px(whole->y() - numer->height() / 2.0));
+        QCOMPARE(denom->y(), px(whole->y() + whole->height() - denom->height() / 2.0));
+    }
+    QCOMPARE(lblgrip->pos(), QPoint(px(W - lblgrip->width() - B * gap), px(H - lblgrip->height() - B * gap)));
+}
+
+void tst_fractionilayout::emptycontrol()
+{
+    shown s;
+    QVERIFY(QTest::qWaitForWindowActive(&s.window));
+    s.control->clearfraction();
+    s.control->setNumeratorvalue(QString());
+    QVERIFY(s.control->Wholepartvalue().isEmpty());
+    QVERIFY(s.control->Numeratorvalue().isEmpty());
+    QCOMPARE(s.control->width(), kelfractionint::twipstopixels(600, kelfractionint::twipsperpixelx(s.control)));
+    QVERIFY(!s.field("wholepart")->isHidden());
+    QTRY_VERIFY(s.field("wholepart")->hasFocus());
+}
+
+void tst_fractionilayout::fracsize()
+{
+    fractioni control;
+    const QSize before = control.size();
+    control.fracsize(0, 500);
+    control.fracsize(-1, 500);
+    control.fracsize(500, -1);
+    QCOMPARE(control.size(), before);
+    QVERIFY(!control.property("Font").value<QFont>().family().isEmpty());
+}
+
+void tst_fractionilayout::zoom()
+{
+    shown s;
+    QVERIFY(QTest::qWaitForWindowExposed(&s.window));
+    fractioni &c = *s.control;
+    const double size = QFontInfo(c.Font()).pointSizeF();
+    const double tpy = kelfractionint::twipsperpixely(&c);
+    c.fracsize(float(c.width() * kelfractionint::twipsperpixelx(&c)), float(2 * c.height() * tpy));
+    QVERIFY2(std::abs(QFontInfo(c.Font()).pointSizeF() - 2 * size) < 0.1 * size,
+             qPrintable(QString::number(QFontInfo(c.Font()).pointSizeF())));
+    // The height then snaps to twice a line of the new font.
+    QCOMPARE(c.height(), 2 * s.field("wholepart")->height());
+    QCOMPARE(s.field("wholepart")->font().pointSizeF(), c.Font().pointSizeF());
+}
+
+void tst_fractionilayout::separator_data()
+{
+    QTest::addColumn<bool>("slash");
+    QTest::addColumn<QStringList>("record");
+
+    QTest::newRow("bar under 3") << false << QStringList{"", "3", "8"};
+    QTest::newRow("bar under a narrower numerator") << false << QStringList{"-1", "1", "16"};
+    QTest::newRow("slash") << true << QStringList{"2", "3", "8"};
+    QTest::newRow("slash under a wider numerator") << true << QStringList{"", "125", "8"};
+}
+
+void tst_fractionilayout::separator()
+{
+    QFETCH(bool, slash);
+    QFETCH(QStringList, record);
+
+    shown s;
+    QVERIFY(QTest::qWaitForWindowExposed(&s.window));
+    fractioni &c = *s.control;
+    c.setBackcolor(0xFFFFFF);
+    c.setPosforecolor(0x00C000);
+    c.setNegforecolor(0x00C000);
+    c.setFractionslash(slash);
+    QFont big = c.Font();
+    big.setPointSize(28);
+    c.setFont(big);
+    c.loadfraction(record);
+    c.Refreshfraction();
+
+    const QImage image = c.grab().toImage();
+    QLineEdit *numer = s.field("numerator");
+    QLineEdit *denom = s.field("denominator");
+    const QFontMetrics metrics(numer->font());
+    const int top = numer->y() + metrics.ascent() + 1;
+    const int bottom = denom->y() + metrics.ascent() - metrics.capHeight() - 1;
+    QVERIFY(bottom > top);
+    const int left = std::min(numer->x(), denom->x());
+    const int right = std::max(numer->x(), denom->x()) + numer->width();
+    auto inked = [&image](int x, int y) {
+        const QColor pixel = image.pixelColor(x, y);
+        return pixel.green() - std::max(pixel.red(), pixel.blue()) > 60;
+    };
+    QList<int> rows;
+    QList<double> centres;
+    for (int y = top; y <= bottom; ++y) {
+        int count = 0;
+        double sum = 0;
+        for (int x = left; x < right; ++x) {
+            if (inked(x, y)) {
+                ++count;
+                sum += x;
+            }
+        }
+        if (count > 0) {
+            rows.append(count);
+            centres.append(sum / count);
+        }
+    }
+    QVERIFY2(!rows.isEmpty(), "no separator between the fields");
+    if (!slash) {
+        QVERIFY(rows.size() <= 2);
+        QVERIFY(*std::max_element(rows.begin(), rows.end()) >= numer->width() - 2);
+    } else {
+        // Lower left to upper right: the ink moves left as the rows go down.
+        QVERIFY(rows.size() >= 3);
+        QVERIFY(centres.first() > centres.last());
+    }
+}
+
+QTEST_MAIN(tst_fractionilayout)
+#include "tst_fractionilayout.moc"
