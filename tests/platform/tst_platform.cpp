@@ -1,0 +1,163 @@
+// The host seams: property bags, twips, colours, ambient properties and the message sink.
+#include "ambient.h"
+#include "messageboxsink.h"
+#include "messagesink.h"
+#include "propertybag.h"
+#include "twips.h"
+
+#include <QApplication>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace kelfractionint;
+
+class tst_platform : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QLocale::setDefault(QLocale::c()); }
+
+    void memorybag();
+    void settingsbag();
+    void twipsandpixels_data();
+    void twipsandpixels();
+    void colours_data();
+    void colours();
+    void ambientproperties();
+    void capture();
+};
+
+void tst_platform::memorybag()
+{
+    memorypropertybag bag;
+    bag.writeproperty(QStringLiteral("b"), 2, 0);
+    bag.writeproperty(QStringLiteral("a"), QStringLiteral("x"), QStringLiteral("4"));
+    bag.writeproperty(QStringLiteral("c"), 600, 600);
+    QCOMPARE(bag.keys(), (QStringList{"b", "a"}));
+    // Writing the default removes a stored key; rewriting keeps the first position.
+    bag.writeproperty(QStringLiteral("b"), 0, 0);
+    bag.writeproperty(QStringLiteral("d"), true, false);
+    bag.writeproperty(QStringLiteral("a"), QStringLiteral("y"), QStringLiteral("4"));
+    QCOMPARE(bag.keys(), (QStringList{"a", "d"}));
+    QCOMPARE(bag.readproperty(QStringLiteral("a"), QStringLiteral("4")).toString(), QStringLiteral("y"));
+    QCOMPARE(bag.readproperty(QStringLiteral("b"), 7).toInt(), 7);
+    // A number equal to its default in another numeric type is a default too.
+    bag.writeproperty(QStringLiteral("w"), 600.0f, qint16(600));
+    QVERIFY(!bag.contains(QStringLiteral("w")));
+    // Without a default everything is stored.
+    bag.writeproperty(QStringLiteral("f"), QVariant(), QVariant());
+    QVERIFY(bag.contains(QStringLiteral("f")));
+}
+
+void tst_platform::settingsbag()
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("bag.ini"));
+    {
+        QSettings settings(path, QSettings::IniFormat);
+        settingspropertybag first(settings, QStringLiteral("one"));
+        settingspropertybag second(settings, QStringLiteral("two"));
+        first.writeproperty(QStringLiteral("Numeratorvalue"), QStringLiteral("3"), QStringLiteral("1"));
+        second.writeproperty(QStringLiteral("Numeratorvalue"), QStringLiteral("1"), QStringLiteral("1"));
+        second.writeproperty(QStringLiteral("Backcolor"), 255, 0xFFFFFF);
+    }
+    QSettings settings(path, QSettings::IniFormat);
+    settingspropertybag first(settings, QStringLiteral("one"));
+    settingspropertybag second(settings, QStringLiteral("two"));
+    QCOMPARE(first.keys(), QStringList{"Numeratorvalue"});
+    QCOMPARE(first.readproperty(QStringLiteral("Numeratorvalue"), QStringLiteral("1")).toString(), QStringLiteral("3"));
+    QCOMPARE(second.keys(), QStringList{"Backcolor"});
+    QCOMPARE(second.readproperty(QStringLiteral("Numeratorvalue"), QStringLiteral("1")).toString(), QStringLiteral("1"));
+}
+
+void tst_platform::twipsandpixels_data()
+{
+    QTest::addColumn<double>("twips");
+    QTest::addColumn<double>("perpixel");
+    QTest::addColumn<int>("pixels");
+
+    QTest::newRow("600 twips at 96 dpi") << 600.0 << 15.0 << 40;
+    QTest::newRow("rounds to the nearest pixel") << 607.6 << 15.0 << 41;
+    QTest::newRow("120 dpi") << 600.0 << 12.0 << 50;
+    QTest::newRow("negative") << -30.0 << 15.0 << -2;
+    QTest::newRow("not a number") << std::nan("") << 15.0 << 0;
+    QTest::newRow("infinite") << HUGE_VAL << 15.0 << 0;
+    QTest::newRow("beyond any screen is capped") << 1e300 << 15.0 << 1000000;
+}
+
+void tst_platform::twipsandpixels()
+{
+    QFETCH(double, twips);
+    QFETCH(double, perpixel);
+    QFETCH(int, pixels);
+    QCOMPARE(twipstopixels(twips, perpixel), pixels);
+    if (std::isfinite(twips) && std::abs(twips) < 1e6)
+        QCOMPARE(pixelstotwips(pixels, perpixel), pixels * perpixel);
+}
+
+void tst_platform::colours_data()
+{
+    QTest::addColumn<quint32>("ole");
+    QTest::addColumn<QColor>("color");
+
+    QTest::newRow("red is 0x0000FF") << 0x0000FFu << QColor(255, 0, 0);
+    QTest::newRow("blue is 0xFF0000") << 0xFF0000u << QColor(0, 0, 255);
+    QTest::newRow("white") << 0xFFFFFFu << QColor(255, 255, 255);
+    QTest::newRow("mixed bytes") << 0x336699u << QColor(0x99, 0x66, 0x33);
+}
+
+void tst_platform::colours()
+{
+    QFETCH(quint32, ole);
+    QFETCH(QColor, color);
+    QCOMPARE(fromoleColor(ole), color);
+    QCOMPARE(tooleColor(color), ole);
+    // The high byte (system colours) does not disturb the channels.
+    QCOMPARE(fromoleColor(ole | 0x80000000u), color);
+}
+
+void tst_platform::ambientproperties()
+{
+    QWidget form;
+    QWidget panel(&form);
+    QWidget control(&panel);
+    QPalette palette = panel.palette();
+    palette.setColor(QPalette::Window, QColor(1, 2, 3));
+    panel.setPalette(palette);
+    QCOMPARE(ambient::backcolor(&control), 0x030201u);
+    QCOMPARE(ambient::backcolor(&form), 0xFFFFFFu);
+    QFont font(QStringLiteral("Serif"), 17);
+    panel.setFont(font);
+    QCOMPARE(ambient::font(&control).pointSize(), 17);
+
+    QVERIFY(ambient::usermode(&control));
+    ambient::setdesignmode(&form, true);
+    QVERIFY(!ambient::usermode(&control));
+    ambient::setdesignmode(&form, false);
+    QVERIFY(ambient::usermode(&control));
+    ambient::setdefaultdesignmode(true);
+    QVERIFY(!ambient::usermode(&control));
+    ambient::setdefaultdesignmode(false);
+    QVERIFY(ambient::usermode(nullptr));
+}
+
+void tst_platform::capture()
+{
+    QStringList outer;
+    modfracglobal::setmessagesink([&outer](const std::string &text) { outer.append(QString::fromStdString(text)); });
+    {
+        messagecapture capture;
+        modfracglobal::showmessage("Overflow");
+        modfracglobal::showmessage("Division by zero");
+        QCOMPARE(capture.take(), (QStringList{"Overflow", "Division by zero"}));
+        QVERIFY(capture.messages().isEmpty());
+    }
+    modfracglobal::showmessage("after");
+    QCOMPARE(outer, QStringList{"after"});
+    modfracglobal::setmessagesink({});
+}
+
+QTEST_MAIN(tst_platform)
+#include "tst_platform.moc"
