@@ -245,8 +245,7 @@ fractioni *scripthost::controlof(const QJSValue &value, const char *function)
     if (auto *control = qobject_cast<fractioni *>(value.toQObject()))
         return control;
     if (value.isNull() || value.isUndefined()) {
-        throwautomation(91, QStringLiteral("Object variable or With block variable not set"),
-                        QStringLiteral("%1: no control given").arg(QLatin1String(function)));
+        throwautomation(91, QStringLiteral("Object variable or With block variable not set"));
     } else {
         throwautomation(13, QStringLiteral("Type mismatch"),
                         QStringLiteral("%1: %2 is not a fractioni").arg(QLatin1String(function), value.toString()));
