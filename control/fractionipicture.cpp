@@ -1,6 +1,7 @@
 // The control's window: its picture, its native id and the container it sits in.
 #include "fractioni.h"
 
+#include "ambient.h"
 #include "modfracglobal.h"
 
 namespace kelfractionint {
@@ -22,6 +23,10 @@ qint32 fractioni::hWnd() const
 
 QObject *fractioni::Container() const
 {
+    // A form designer reads every property of each control it creates: at design time the
+    // container reads as nothing, so that the designer is not stopped by the error.
+    if (!ambient::usermode(this))
+        return nullptr;
     // Reading the container fails every time, also after it was set; hosts rely on the error.
     throw modfracglobal::automationerror(modfracglobal::errnum::objectnotset);
 }

@@ -102,11 +102,16 @@ QWidget *fractioniplugin::createWidget(QWidget *parent)
     if (!m_core)
         return control;
     kelfractionint::ambient::setdesignmode(control, true);
+    // Marked once the assignment is over: Designer marks what it writes itself as changed, and
+    // a value written back equal to its default must still be left out of the form file.
     QPointer<QDesignerFormEditorInterface> core = m_core;
-    connect(control, &fractioni::propertychanged, control, [core, control](const QString &name) {
-        if (core)
-            markproperty(core, control, name);
-    });
+    connect(
+        control, &fractioni::propertychanged, control,
+        [core, control](const QString &name) {
+            if (core)
+                markproperty(core, control, name);
+        },
+        Qt::QueuedConnection);
     return control;
 }
 
@@ -123,6 +128,9 @@ void fractioniplugin::initialize(QDesignerFormEditorInterface *core)
     m_core = core;
     if (!core)
         return;
+    // Designer's process is a design environment: it also creates controls off the forms (to
+    // learn their default values, for previews), and reads every property of each.
+    kelfractionint::ambient::setdefaultdesignmode(true);
     QExtensionManager *manager = core->extensionManager();
     manager->registerExtensions(new fractionitaskmenufactory(manager), Q_TYPEID(QDesignerTaskMenuExtension));
 
@@ -141,8 +149,16 @@ void fractioniplugin::watchform(QDesignerFormWindowInterface *form)
         auto *control = qobject_cast<fractioni *>(widget);
         if (!control || !m_core)
             return;
-        for (const auto &[name, fallback] : persisteddefaults())
-            markproperty(m_core, control, QString::fromLatin1(name));
+        QPointer<QDesignerFormEditorInterface> core = m_core;
+        QMetaObject::invokeMethod(
+            control,
+            [core, control] {
+                for (const auto &[name, fallback] : persisteddefaults()) {
+                    if (core)
+                        markproperty(core, control, QString::fromLatin1(name));
+                }
+            },
+            Qt::QueuedConnection);
     });
 }
 

@@ -13,8 +13,8 @@ class fractioni;
 }
 
 /*!
- * Puts fractioni into Qt Designer's widget box (group "kelfractionint"). In Designer the control
- * is created in design mode, its property-change notification marks the property changed (so
+ * Puts fractioni into Qt Designer's widget box (group "kelfractionint"). In Designer every
+ * control is created in design mode, its property-change notification marks the property changed (so
  * that the form file keeps exactly the persisted properties that differ from their defaults),
  * and its task menu opens the values and appearance pages on the selected controls. Form
  * loaders without Designer (QUiLoader) get an ordinary run-mode control.
