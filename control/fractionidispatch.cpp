@@ -10,6 +10,7 @@
 #include <QVariantMap>
 
 #include <cfloat>
+#include <iterator>
 #include <cmath>
 #include <limits>
 #include <string>
@@ -27,17 +28,10 @@ constexpr int argumentnotoptional = 449;
 constexpr int wrongarguments = 450;
 } // namespace errors
 
-// Automation's own wording, kept here so that the dispatch errors read the same whatever the
-// engine's table holds.
+// Automation's wording of the dispatch errors; the rest are the engine's standard descriptions.
 std::string dispatchdescription(int number)
 {
     switch (number) {
-    case errors::overflow:
-        return "Overflow";
-    case errors::typemismatch:
-        return "Type mismatch";
-    case errors::objectnotset:
-        return "Object variable or With block variable not set";
     case errors::notsupported:
         return "Object doesn't support this property or method";
     case errors::argumentnotoptional:
@@ -665,39 +659,12 @@ std::optional<invokekind> invokekindfromname(QStringView name)
 
 QString automationtypename(automationtype type)
 {
-    switch (type) {
-    case automationtype::none:
-        return {};
-    case automationtype::string:
-        return QStringLiteral("String");
-    case automationtype::boolean:
-        return QStringLiteral("Boolean");
-    case automationtype::integer:
-        return QStringLiteral("Integer");
-    case automationtype::longint:
-        return QStringLiteral("Long");
-    case automationtype::single:
-        return QStringLiteral("Single");
-    case automationtype::olecolor:
-        return QStringLiteral("OLE_COLOR");
-    case automationtype::borderstyle:
-        return QStringLiteral("fracBorderstyle");
-    case automationtype::fractype:
-        return QStringLiteral("fractiontype");
-    case automationtype::font:
-        return QStringLiteral("Font");
-    case automationtype::picture:
-        return QStringLiteral("Picture");
-    case automationtype::object:
-        return QStringLiteral("Object");
-    case automationtype::control:
-        return QStringLiteral("fractioni");
-    case automationtype::stringarray:
-        return QStringLiteral("String()");
-    case automationtype::variant:
-        return QStringLiteral("Variant");
-    }
-    return {};
+    // In the order of automationtype.
+    static const char *const names[] = {"",       "String",      "Boolean",      "Integer", "Long",
+                                        "Single", "OLE_COLOR",   "fracBorderstyle", "fractiontype", "Font",
+                                        "Picture", "Object",     "fractioni",    "String()", "Variant"};
+    static_assert(std::size(names) == static_cast<std::size_t>(automationtype::variant) + 1);
+    return QString::fromLatin1(names[static_cast<int>(type)]);
 }
 
 QVariant dispinvoke(fractioni *control, qint32 dispid, invokekind kind, QVariantList &args)

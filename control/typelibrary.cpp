@@ -4,6 +4,8 @@
 
 #include <QTextStream>
 
+#include <iterator>
+
 namespace kelfractionint {
 
 namespace {
@@ -25,39 +27,12 @@ constexpr const char *helpfile = "Kel0101.hlp";
 
 QString idltype(automationtype type)
 {
-    switch (type) {
-    case automationtype::none:
-        return {};
-    case automationtype::string:
-        return QStringLiteral("BSTR");
-    case automationtype::boolean:
-        return QStringLiteral("VARIANT_BOOL");
-    case automationtype::integer:
-        return QStringLiteral("short");
-    case automationtype::longint:
-        return QStringLiteral("long");
-    case automationtype::single:
-        return QStringLiteral("single");
-    case automationtype::olecolor:
-        return QStringLiteral("OLE_COLOR");
-    case automationtype::borderstyle:
-        return QStringLiteral("fracBorderstyle");
-    case automationtype::fractype:
-        return QStringLiteral("fractiontype");
-    case automationtype::font:
-        return QStringLiteral("Font*");
-    case automationtype::picture:
-        return QStringLiteral("Picture*");
-    case automationtype::object:
-        return QStringLiteral("IDispatch*");
-    case automationtype::control:
-        return QStringLiteral("_fractioni*");
-    case automationtype::stringarray:
-        return QStringLiteral("SAFEARRAY(BSTR)");
-    case automationtype::variant:
-        return QStringLiteral("VARIANT");
-    }
-    return {};
+    // In the order of automationtype.
+    static const char *const names[] = {"",        "BSTR",      "VARIANT_BOOL", "short",       "long",
+                                        "single",  "OLE_COLOR", "fracBorderstyle", "fractiontype", "Font*",
+                                        "Picture*", "IDispatch*", "_fractioni*", "SAFEARRAY(BSTR)", "VARIANT"};
+    static_assert(std::size(names) == static_cast<std::size_t>(automationtype::variant) + 1);
+    return QString::fromLatin1(names[static_cast<int>(type)]);
 }
 
 QString idlparameter(const dispparameter &parameter)

@@ -470,28 +470,29 @@ QStringList scripthost::eventnames() const
 
 void scripthost::readproperties(const QJSValue &control, const QJSValue &bag)
 {
-    fractioni *target = controlof(control, "ReadProperties");
-    auto *scriptbag = qobject_cast<scriptpropertybag *>(bag.toQObject());
-    if (!target)
-        return;
-    if (!scriptbag) {
-        throwautomation(13, QStringLiteral("Type mismatch"), QStringLiteral("ReadProperties: a property bag is needed"));
-        return;
-    }
-    target->ReadProperties(scriptbag->bag());
+    if (auto [target, source] = controlandbag(control, bag, "ReadProperties"); target)
+        target->ReadProperties(source->bag());
 }
 
 void scripthost::writeproperties(const QJSValue &control, const QJSValue &bag)
 {
-    fractioni *target = controlof(control, "WriteProperties");
-    auto *scriptbag = qobject_cast<scriptpropertybag *>(bag.toQObject());
+    if (auto [target, source] = controlandbag(control, bag, "WriteProperties"); target)
+        target->WriteProperties(source->bag());
+}
+
+std::pair<fractioni *, scriptpropertybag *> scripthost::controlandbag(const QJSValue &control, const QJSValue &bag,
+                                                                      const char *function)
+{
+    fractioni *target = controlof(control, function);
     if (!target)
-        return;
-    if (!scriptbag) {
-        throwautomation(13, QStringLiteral("Type mismatch"), QStringLiteral("WriteProperties: a property bag is needed"));
-        return;
+        return {};
+    auto *source = qobject_cast<scriptpropertybag *>(bag.toQObject());
+    if (!source) {
+        throwautomation(13, QStringLiteral("Type mismatch"),
+                        QStringLiteral("%1: a property bag is needed").arg(QLatin1String(function)));
+        return {};
     }
-    target->WriteProperties(scriptbag->bag());
+    return {target, source};
 }
 
 QJSValue scripthost::routine(const QString &name, const QJSValue &args)

@@ -10,6 +10,7 @@
 
 #include <functional>
 #include <memory>
+#include <utility>
 
 class QWidget;
 
@@ -17,6 +18,7 @@ namespace kelfractionint {
 
 class fractioni;
 class messagecapture;
+class scriptpropertybag;
 
 /*!
  * The automation client of the fraction control: a QJSEngine with a form on which scripts place
@@ -78,6 +80,8 @@ public:
 private:
     QJSValue scriptcontrol(fractioni *control);
     fractioni *controlof(const QJSValue &value, const char *function);
+    std::pair<fractioni *, scriptpropertybag *> controlandbag(const QJSValue &control, const QJSValue &bag,
+                                                              const char *function);
     void placecontrol(fractioni *control);
 
     QJSEngine m_engine;
