@@ -356,9 +356,17 @@ qint32 fractioni::Numerdenomgcd() const
 {
     if (m_numerator.isEmpty() || m_denominator.isEmpty())
         return -1;
-    modfracglobal::LongList parts{modfracglobal::texttolong(m_numerator.toStdString()),
-                                  modfracglobal::texttolong(m_denominator.toStdString())};
-    return modfracglobal::listgcd(parts);
+    try {
+        modfracglobal::LongList parts{modfracglobal::texttolong(m_numerator.toStdString()),
+                                      modfracglobal::texttolong(m_denominator.toStdString())};
+        return modfracglobal::listgcd(parts);
+    } catch (const modfracglobal::automationerror &) {
+        // A form designer reads every property to show it: at design time parts that are no
+        // numbers (algebraic mode) have no gcd to show instead of an error.
+        if (!usermode())
+            return -1;
+        throw;
+    }
 }
 
 // ---- Arithmetic on other controls ----

@@ -130,6 +130,7 @@ private Q_SLOTS:
     void failedconversions();
     void numerdenomgcd_data();
     void numerdenomgcd();
+    void numerdenomgcdofletters();
 
     void collections_data();
     void collections();
@@ -362,6 +363,15 @@ void tst_fractionioperations::numerdenomgcd()
     QCOMPARE(control->property("Numerdenomgcd").toInt(), gcd);
 }
 
+void tst_fractionioperations::numerdenomgcdofletters()
+{
+    auto control = makefraction("", "x", "2");
+    // Parts that are no numbers raise at run time; a form designer reading them sees -1.
+    QCOMPARE(errornumber([&] { control->Numerdenomgcd(); }), 13);
+    testsupport::designtime design;
+    QCOMPARE(control->Numerdenomgcd(), -1);
+}
+
 void tst_fractionioperations::collections_data()
 {
     QTest::addColumn<QString>("form");
@@ -369,6 +379,7 @@ void tst_fractionioperations::collections_data()
     QTest::newRow("array of objects") << "array";
     QTest::newRow("object with Count and Item") << "object";
     QTest::newRow("map with Count") << "map";
+    QTest::newRow("list of objects") << "objects";
 }
 
 void tst_fractionioperations::collections()
@@ -386,6 +397,8 @@ void tst_fractionioperations::collections()
     else if (form == QLatin1String("array"))
         objfracs = QVariantList{QVariant::fromValue<QObject *>(a.get()), QVariant::fromValue<QObject *>(b.get()),
                                 QVariant::fromValue<QObject *>(c.get())};
+    else if (form == QLatin1String("objects"))
+        objfracs = QVariant::fromValue(QList<QObject *>{a.get(), b.get(), c.get()});
     else if (form == QLatin1String("object"))
         objfracs = QVariant::fromValue<QObject *>(&collection);
     else
