@@ -138,6 +138,8 @@ private Q_SLOTS:
         QTest::newRow("plain object for a control") << "f.dividefractions({}, f)" << "TypeError" << 13;
         QTest::newRow("null collection") << "f.addfractions(null)" << "Error" << 91;
         QTest::newRow("number as a collection") << "f.multiplyfractions(5)" << "TypeError" << 13;
+        QTest::newRow("collection holding a number") << "f.addfractions([f, 3])" << "Error" << 13;
+        QTest::newRow("collection claiming a huge Count") << "f.addfractions({Count: 1e9})" << "Error" << 91;
         QTest::newRow("misspelt property") << "f.numeratorvalue = '3'" << "TypeError" << 438;
         QTest::newRow("assigning a method") << "f.reduce = 1" << "TypeError" << 438;
         QTest::newRow("read-only property") << "f.Numerdenomgcd = 3" << "Error" << 450;

@@ -122,6 +122,10 @@ int main(int argc, char **argv)
             return 2;
         }
         code = QString::fromUtf8(file.readAll());
+        // A script may start with "#!" to run as a program; the line stays, as a comment, so
+        // that line numbers hold.
+        if (code.startsWith(QLatin1String("#!")))
+            code.replace(0, 2, QStringLiteral("//"));
     }
 
     kelfractionint::scripthost host;

@@ -39,10 +39,17 @@ const char *prelude = R"JS(
         if (Array.isArray(value))
             return value.map(unwrap);
         if (typeof value.Count === 'number') {
-            // A collection: 1-based Item(i) as in Basic, or items by 0-based index.
+            // A collection: 1-based Item(i) as in Basic, or items by 0-based index. Reading stops
+            // at the first item that is no control, which the operation then refuses.
+            if (!Number.isInteger(value.Count) || value.Count < 0)
+                throw new TypeError('a collection\'s Count must be a whole number, not ' + value.Count);
             const items = [];
-            for (let i = 0; i < value.Count; ++i)
-                items.push(unwrap(typeof value.Item === 'function' ? value.Item(i + 1) : value[i]));
+            for (let i = 0; i < value.Count; ++i) {
+                const item = typeof value.Item === 'function' ? value.Item(i + 1) : value[i];
+                items.push(unwrap(item));
+                if (!targets.has(item))
+                    break;
+            }
             return items;
         }
         return value;
