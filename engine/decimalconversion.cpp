@@ -72,9 +72,9 @@ FractionResult strdecimaltofrac(const FractionText &fraction)
             return;
         }
         FractionText &converted = result.emplace();
-        converted[1] = parttext(checkedabs(n));
-        converted[2] = parttext(d);
-        converted[0] = signedwhole(fraction, w);
+        writepart(converted[1], checkedabs(n));
+        writepart(converted[2], d);
+        writewhole(converted[0], fraction, w);
     });
     return result;
 }

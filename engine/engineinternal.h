@@ -107,8 +107,21 @@ int roundlong(double real, std::int32_t &value);
 /*! 10 to the power \a exponent, exact up to 10^22. */
 double powerof10(std::int32_t exponent);
 
-/*! "-" followed by the magnitude's text when \a source is negative, else the magnitude's text. */
-std::string signedwhole(const FractionText &source, std::int32_t magnitude);
+/*! Sets \a target to parttext(\a value), without a temporary string. */
+void writepart(std::string &target, std::int32_t value);
+/*! Sets \a target to the whole part \a magnitude written with the sign of \a source: "-" followed
+ *  by parttext(\a magnitude) when \a source is negative, else parttext(\a magnitude). */
+void writewhole(std::string &target, const FractionText &source, std::int32_t magnitude);
+/*! \a value rounded to an integer, a tie going to the even neighbour. */
+inline double roundhalfeven(double value)
+{
+    // Adding and removing 2^52 leaves no fraction bits, and the default rounding mode rounds
+    // half to even; beyond 2^52 every double is an integer already.
+    constexpr double shift = 4503599627370496.0;
+    if (!(value > -shift && value < shift))
+        return value;
+    return value >= 0 ? (value + shift) - shift : (value - shift) + shift;
+}
 /*! True when the record's whole part begins with "-". */
 bool isnegative(const FractionText &fraction);
 

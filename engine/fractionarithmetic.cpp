@@ -46,8 +46,8 @@ FractionResult straddfractions(const FractionList &fractions)
         result.emplace();
         if (total < 0)
             (*result)[0] = std::string(1, '-');
-        (*result)[1] = parttext(checkedabs(total));
-        (*result)[2] = parttext(lcm);
+        writepart((*result)[1], checkedabs(total));
+        writepart((*result)[2], lcm);
     });
     return result;
 }
@@ -80,8 +80,8 @@ FractionResult strmultiplyfractions(FractionList &fractions)
             denominator = checkedmul(d, denominator);
         }
         result.emplace();
-        (*result)[2] = parttext(denominator);
-        (*result)[1] = parttext(checkedabs(numerator));
+        writepart((*result)[2], denominator);
+        writepart((*result)[1], checkedabs(numerator));
         if (numerator < 0)
             (*result)[0] = std::string(1, '-');
     });

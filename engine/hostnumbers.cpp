@@ -197,6 +197,13 @@ int readdouble(std::string_view text, double &value)
     // Digits with one decimal separator and an optional minus, the usual decimal text: only
     // the separator needs translating for std::from_chars.
     const std::string &decimal = activelocale().decimal;
+    // With "." as the separator, the texts std::from_chars reads whole (digits, a point, an
+    // exponent, a minus) read the same by the host's rules; anything else takes the long way.
+    if (decimal == "." && !text.empty() && text.front() != '+') {
+        const auto [ptr, ec] = std::from_chars(text.data(), text.data() + text.size(), value);
+        if (ec == std::errc() && ptr == text.data() + text.size() && std::isfinite(value))
+            return 0;
+    }
     if (decimal.size() == 1 && !text.empty() && text.size() < sizeof small) {
         std::size_t length = 0;
         std::size_t digits = 0;
@@ -290,7 +297,7 @@ int readlong(std::string_view text, std::int32_t &value)
 
 int roundlong(double real, std::int32_t &value)
 {
-    const double rounded = std::nearbyint(real);
+    const double rounded = roundhalfeven(real);
     if (!(rounded >= -2147483648.0 && rounded <= 2147483647.0))
         return errnum::overflow;
     value = static_cast<std::int32_t>(rounded);
@@ -397,7 +404,7 @@ double roundtodecimals(double value, std::int32_t decimals)
     // Beyond 2^52 a double holds no fraction any more: nothing is left to round.
     if (!std::isfinite(scaled) || std::fabs(scaled) >= 4503599627370496.0)
         return value;
-    return std::nearbyint(scaled) / scale;
+    return detail::roundhalfeven(scaled) / scale;
 }
 
 bool isnumerictext(std::string_view text)

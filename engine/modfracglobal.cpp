@@ -95,9 +95,27 @@ std::int32_t pairgcd(std::int32_t a, std::int32_t b)
     return listgcd(list);
 }
 
-std::string signedwhole(const FractionText &source, std::int32_t magnitude)
+void writepart(std::string &target, std::int32_t value)
 {
-    return isnegativetext(source[0]) ? "-" + parttext(magnitude) : parttext(magnitude);
+    if (value == 0) {
+        target.clear();
+        return;
+    }
+    char buffer[12];
+    const char *end = std::to_chars(buffer, buffer + sizeof buffer, value).ptr;
+    target.assign(buffer, std::size_t(end - buffer));
+}
+
+void writewhole(std::string &target, const FractionText &source, std::int32_t magnitude)
+{
+    char buffer[13];
+    char *begin = buffer + 1;
+    char *end = begin;
+    if (magnitude != 0)
+        end = std::to_chars(begin, buffer + sizeof buffer, magnitude).ptr;
+    if (isnegativetext(source[0]))
+        *--begin = '-';
+    target.assign(begin, std::size_t(end - begin));
 }
 
 bool isnegative(const FractionText &fraction)
@@ -125,11 +143,9 @@ std::int32_t partvalue(std::string_view part)
 
 std::string parttext(std::int32_t value)
 {
-    if (value == 0)
-        return std::string();
-    char buffer[12];
-    const char *end = std::to_chars(buffer, buffer + sizeof buffer, value).ptr;
-    return std::string(buffer, std::size_t(end - buffer));
+    std::string text;
+    writepart(text, value);
+    return text;
 }
 
 bool isemptypart(std::string_view part)
@@ -144,9 +160,15 @@ bool isemptyfraction(const FractionText &fraction)
 
 std::int32_t decimalcount(std::string_view number)
 {
-    std::size_t at = number.find(',');
-    if (at == std::string_view::npos)
-        at = number.find('.');
+    std::size_t at = std::string_view::npos;
+    for (std::size_t i = 0; i < number.size(); ++i) {
+        if (number[i] == ',') {
+            at = i;
+            break;
+        }
+        if (number[i] == '.' && at == std::string_view::npos)
+            at = i;
+    }
     if (at == std::string_view::npos)
         return 0;
     // Characters, not bytes: continuation bytes of UTF-8 do not count.

@@ -4,6 +4,8 @@
 
 #include "engineinternal.h"
 
+#include <algorithm>
+
 namespace modfracglobal {
 
 using namespace detail;
@@ -35,9 +37,9 @@ FractionResult strreduce(const FractionText &fraction)
         n = checkeddiv(n, g);
         d = checkeddiv(d, g);
         FractionText &reduced = result.emplace();
-        reduced[1] = parttext(n);
-        reduced[2] = parttext(d);
-        reduced[0] = signedwhole(fraction, partvalue(fraction[0]));
+        writepart(reduced[1], n);
+        writepart(reduced[2], d);
+        writewhole(reduced[0], fraction, partvalue(fraction[0]));
     });
     return result;
 }
@@ -63,9 +65,9 @@ FractionResult strfractomixed(const FractionText &fraction)
         // A remainder of 0 leaves an empty numerator over the old denominator; hosts rely on
         // that record to tell a whole result from a reduced one.
         FractionText &mixed = result.emplace();
-        mixed[1] = parttext(n);
-        mixed[2] = parttext(d);
-        mixed[0] = signedwhole(fraction, w);
+        writepart(mixed[1], n);
+        writepart(mixed[2], d);
+        writewhole(mixed[0], fraction, w);
     });
     return result;
 }
@@ -82,9 +84,9 @@ FractionResult strexpand(const FractionText &fraction, std::int32_t factor)
         const std::int32_t n = checkedmul(partvalue(fraction[1]), factor);
         const std::int32_t d = checkedmul(partvalue(fraction[2]), factor);
         FractionText &expanded = result.emplace();
-        expanded[1] = parttext(n);
-        expanded[2] = parttext(d);
-        expanded[0] = signedwhole(fraction, w);
+        writepart(expanded[1], n);
+        writepart(expanded[2], d);
+        writewhole(expanded[0], fraction, w);
     });
     return result;
 }
@@ -97,7 +99,8 @@ FractionResult strmixedtofrac(const FractionText &fraction)
             result = FractionText{};
             return;
         }
-        if (fraction[0].find_first_of(",.%") != std::string::npos) {
+        if (std::any_of(fraction[0].begin(), fraction[0].end(),
+                        [](char c) { return c == ',' || c == '.' || c == '%'; })) {
             result = fraction;
             return;
         }
@@ -114,8 +117,8 @@ FractionResult strmixedtofrac(const FractionText &fraction)
         }
         n = checkedadd(checkedmul(w, d), n);
         FractionText &improper = result.emplace();
-        improper[1] = parttext(n);
-        improper[2] = parttext(d);
+        writepart(improper[1], n);
+        writepart(improper[2], d);
         if (isnegative(fraction))
             improper[0] = std::string(1, '-');
     });

@@ -18,7 +18,7 @@ using namespace modfracglobal;
 
 namespace {
 
-constexpr std::size_t poolsize = 4096;
+constexpr std::size_t poolsize = 1024;
 constexpr std::int32_t largest = 2147483647;
 
 std::mt19937 &random()
@@ -110,10 +110,11 @@ void baseline_reduce(benchmark::State &state)
     std::size_t i = 0;
     for (auto _ : state) {
         const FractionText &f = pool[i++ % poolsize];
-        std::int32_t n = readlong(f[1]);
-        std::int32_t d = readlong(f[2]);
+        const std::int32_t w = readlong(f[0]);
+        const std::int32_t n = readlong(f[1]);
+        const std::int32_t d = readlong(f[2]);
         const std::int32_t g = std::gcd(n, d);
-        FractionText r{f[0], writelong(n / g), writelong(d / g)};
+        FractionText r{writelong(w), writelong(n / g), writelong(d / g)};
         benchmark::DoNotOptimize(r);
     }
 }
@@ -284,8 +285,9 @@ void baseline_multiply10(benchmark::State &state)
         std::int32_t p = 1, q = 1;
         for (FractionText &f : list) {
             const bool negative = !f[0].empty() && f[0][0] == '-';
-            const std::int32_t n = readlong(f[1]);
+            const std::int32_t w = readlong(negative ? f[0].substr(1) : f[0]);
             const std::int32_t d = readlong(f[2]);
+            const std::int32_t n = w * d + readlong(f[1]);
             f = FractionText{negative ? "-" : "", writelong(n), writelong(d)};
             p *= negative ? -n : n;
             q *= d;

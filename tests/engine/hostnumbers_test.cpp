@@ -73,6 +73,7 @@ INSTANTIATE_TEST_SUITE_P(
         longcase{"sign alone", ".", "-", 0, 13},
         longcase{"trailing sign", ".", "1-", 0, 13},
         longcase{"two signs", ".", "--1", 0, 13},
+        longcase{"plus then minus", ".", "+-5", 0, 13},
         longcase{"blank inside", ".", "1 2", 0, 13},
         longcase{"grouping before any digit", ".", ",5", 0, 13},
         longcase{"two decimal separators", ".", "1.2.3", 0, 13},
