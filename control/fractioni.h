@@ -317,6 +317,10 @@ private:
     double lastheight = 0;
     bool startingup = true;
     bool inresize = false;
+    bool m_initializing = false;
+    double m_tpx = 15;
+    double m_tpy = 15;
+    QSize m_hintedsize;
     double m_separatoroffset = 0;
 
     // Window and grip drag
@@ -324,6 +328,7 @@ private:
     bool m_griptracking = false;
     QPoint m_gripstart;
     QSize m_gripstartsize;
+    bool m_wholepartdoubleclick = false;
 };
 
 } // namespace kelfractionint

@@ -83,8 +83,13 @@ bool fractioni::childmouseevent(QObject *watched, QEvent *event)
 {
     auto *mouse = static_cast<QMouseEvent *>(event);
     if (watched == wholepart) {
-        if (event->type() == QEvent::MouseButtonRelease
-            && wholepart->rect().contains(mouse->position().toPoint()))
+        // The second click of a double click is no click of its own.
+        if (event->type() == QEvent::MouseButtonPress)
+            m_wholepartdoubleclick = false;
+        else if (event->type() == QEvent::MouseButtonDblClick)
+            m_wholepartdoubleclick = true;
+        else if (event->type() == QEvent::MouseButtonRelease && !m_wholepartdoubleclick
+                 && wholepart->rect().contains(mouse->position().toPoint()))
             Q_EMIT wholepartclick();
         return false;
     }

@@ -187,12 +187,19 @@ void tst_fractionimouse::clicksonfields()
     QTest::mousePress(whole, Qt::LeftButton, {}, whole->rect().center());
     QTest::mouseRelease(whole, Qt::LeftButton, {}, QPoint(whole->width() + 5, whole->height() + 5));
     QCOMPARE(wholespy.count(), 1);
+    // A double click (press, release, double click, release) is one click.
+    QTest::mouseClick(whole, Qt::LeftButton, {}, whole->rect().center());
+    QTest::mouseDClick(whole, Qt::LeftButton, {}, whole->rect().center());
+    QTest::mouseRelease(whole, Qt::LeftButton, {}, whole->rect().center());
+    QCOMPARE(wholespy.count(), 2);
+    QTest::mouseClick(whole, Qt::LeftButton, {}, whole->rect().center());
+    QCOMPARE(wholespy.count(), 3);
 
     for (const char *name : {"numerator", "denominator"}) {
         QLineEdit *fraction = field(*control, name);
         QTest::mouseClick(fraction, Qt::LeftButton, {}, fraction->rect().center());
     }
-    QCOMPARE(wholespy.count(), 1);
+    QCOMPARE(wholespy.count(), 3);
     QCOMPARE(separatorspy.count() + mousedownspy.count(), 0);
     // Declared for hosts, never raised.
     QCOMPARE(numerspy.count() + denomspy.count() + insidespy.count(), 0);
