@@ -1,6 +1,8 @@
 #include "enginetest.h"
 
+#include <functional>
 #include <numeric>
+#include <optional>
 #include <random>
 
 namespace enginetest {
@@ -61,64 +63,73 @@ TEST(parts, predicatesreadbothseparators)
     EXPECT_FALSE(isemptyfraction(FractionText{"", "", "-"}));
 }
 
+using listroutine = std::function<std::int32_t(LongList &)>;
+
 struct listcase
 {
     std::string name;
+    listroutine call;
     LongList input;
     std::int32_t result;
-    messages shown;
+    messages shown = {};
+    std::optional<LongList> after = {}; // the caller's list afterwards, when the routine changes it
 };
 
-class minindextest : public ::testing::TestWithParam<listcase>
+class listroutinetest : public ::testing::TestWithParam<listcase>
 {
 };
 
-TEST_P(minindextest, picksthelaststepdown)
-{
-    const listcase &c = GetParam();
-    messagecapture capture;
-    EXPECT_EQ(minindex(c.input), c.result);
-    EXPECT_EQ(capture.shown, c.shown);
-}
-
-INSTANTIATE_TEST_SUITE_P(integerlists, minindextest,
-                         ::testing::Values(listcase{"4 2 3 picks the 2", {4, 2, 3}, 1, none},
-                                           listcase{"5 9 3 picks the 3", {5, 9, 3}, 2, none},
-                                           listcase{"3 1 2 picks the 1", {3, 1, 2}, 1, none},
-                                           listcase{"2 1 0 1 picks the last step", {2, 1, 0, 1}, 2, none},
-                                           listcase{"rising list picks the first", {1, 2, 3}, 0, none},
-                                           listcase{"one entry", {7}, 0, none},
-                                           listcase{"empty list", {}, 0, {subscript}}),
-                         casename());
-
-class listgcdtest : public ::testing::TestWithParam<listcase>
-{
-};
-
-TEST_P(listgcdtest, divideswithoutchangingthelist)
+TEST_P(listroutinetest, resultmessagesandcallerslist)
 {
     const listcase &c = GetParam();
     messagecapture capture;
     LongList list = c.input;
-    EXPECT_EQ(listgcd(list), c.result);
-    EXPECT_EQ(list, c.input);
+    EXPECT_EQ(c.call(list), c.result);
+    EXPECT_EQ(list, c.after.value_or(c.input));
     EXPECT_EQ(capture.shown, c.shown);
 }
 
+const listroutine minindexof = [](LongList &list) { return minindex(list); };
+const listroutine gcd = listgcd;
+const listroutine lcm = listlcm;
+constexpr std::int32_t smallest = std::numeric_limits<std::int32_t>::min();
+
 INSTANTIATE_TEST_SUITE_P(
-    integerlists, listgcdtest,
-    ::testing::Values(listcase{"12 18", {12, 18}, 6, none}, listcase{"0 7", {0, 7}, 7, none},
-                      listcase{"6 4 9", {6, 4, 9}, 1, none}, listcase{"single 5", {5}, 5, none},
-                      listcase{"largest and a prime", {2147483647, 2147483646}, 1, none},
-                      listcase{"fibonacci neighbours", {1836311903, 1134903170}, 1, none},
-                      listcase{"sign of the last entry", {-6}, -6, none},
-                      // Every step that goes on with the empty list reports its own failure.
-                      listcase{"all zeros", {0, 0}, 0, {subscript, subscript, subscript, subscript}},
-                      listcase{"empty list", {}, 0, {subscript, subscript, subscript, subscript}},
-                      // The step-down rule never picks -2 here, so the rounds never end.
-                      listcase{"negative entries that cycle", {-8, -2}, 0, {outofstack}},
-                      listcase{"smallest long by minus one", {std::numeric_limits<std::int32_t>::min(), -1}, 0,
-                               {outofstack}}),
+    integerlists, listroutinetest,
+    ::testing::Values(
+        listcase{"4 2 3 steps down to the 2", minindexof, {4, 2, 3}, 1},
+        listcase{"5 9 3 steps down to the 3", minindexof, {5, 9, 3}, 2},
+        listcase{"3 1 2 steps down to the 1", minindexof, {3, 1, 2}, 1},
+        listcase{"2 1 0 1 takes the last step", minindexof, {2, 1, 0, 1}, 2},
+        listcase{"rising list takes the first", minindexof, {1, 2, 3}, 0},
+        listcase{"minindex of one entry", minindexof, {7}, 0},
+        listcase{"minindex of nothing", minindexof, {}, 0, {subscript}},
+
+        listcase{"gcd 12 18", gcd, {12, 18}, 6},
+        listcase{"gcd 0 7", gcd, {0, 7}, 7},
+        listcase{"gcd 6 4 9", gcd, {6, 4, 9}, 1},
+        listcase{"gcd of 5 alone", gcd, {5}, 5},
+        listcase{"gcd of the largest and a neighbour", gcd, {2147483647, 2147483646}, 1},
+        listcase{"gcd of fibonacci neighbours", gcd, {1836311903, 1134903170}, 1},
+        listcase{"gcd keeps the sign of the last entry", gcd, {-6}, -6},
+        // Every step that goes on with the empty list reports its own failure.
+        listcase{"gcd of zeros", gcd, {0, 0}, 0, {subscript, subscript, subscript, subscript}},
+        listcase{"gcd of nothing", gcd, {}, 0, {subscript, subscript, subscript, subscript}},
+        // The step-down rule never picks -2 here, so the rounds would never end.
+        listcase{"gcd of negatives that cycle", gcd, {-8, -2}, 0, {outofstack}},
+        listcase{"gcd of the smallest and minus one", gcd, {smallest, -1}, 0, {outofstack}},
+
+        listcase{"lcm 4 6", lcm, {4, 6}, 12},
+        listcase{"lcm with a zero is minus one, signs untouched", lcm, {-3, 0}, -1},
+        listcase{"lcm makes entries positive in place", lcm, {-4, 6}, 12, {}, LongList{4, 6}},
+        listcase{"lcm of the largest with 1 and 2", lcm, {2147483647, 1, 2}, 0, {overflow}},
+        listcase{"lcm of primes 2 to 23 fits", lcm, {2, 3, 5, 7, 11, 13, 17, 19, 23}, 223092870},
+        listcase{"lcm of primes 2 to 29 overflows", lcm, {2, 3, 5, 7, 11, 13, 17, 19, 23, 29}, 0, {overflow}},
+        listcase{"lcm 65536 65537", lcm, {65536, 65537}, 0, {overflow}},
+        listcase{"lcm exactly the largest", lcm, {2147483647, 2147483647}, 2147483647},
+        listcase{"lcm stops at the smallest long", lcm, {-2, smallest, -3}, 0, {overflow},
+                 LongList{2, smallest, -3}},
+        listcase{"lcm of nothing", lcm, {}, 0, {subscript}}),
     casename());
 
 TEST(integerlists, listgcdmatchesstdgcdonrandomlists)
@@ -161,48 +172,6 @@ TEST(integerlists, removezerosandmodbymin)
     EXPECT_EQ(zero, (LongList{0, 5}));
     EXPECT_EQ(capture.shown, messages{divbyzero});
 }
-
-struct lcmcase
-{
-    std::string name;
-    LongList input;
-    std::int32_t result;
-    LongList after;
-    messages shown;
-};
-
-class listlcmtest : public ::testing::TestWithParam<lcmcase>
-{
-};
-
-TEST_P(listlcmtest, resultandcallerslist)
-{
-    const lcmcase &c = GetParam();
-    messagecapture capture;
-    LongList list = c.input;
-    EXPECT_EQ(listlcm(list), c.result);
-    EXPECT_EQ(list, c.after);
-    EXPECT_EQ(capture.shown, c.shown);
-}
-
-constexpr std::int32_t smallest = std::numeric_limits<std::int32_t>::min();
-
-INSTANTIATE_TEST_SUITE_P(
-    integerlists, listlcmtest,
-    ::testing::Values(
-        lcmcase{"4 6", {4, 6}, 12, {4, 6}, none},
-        lcmcase{"a zero gives minus one before signs are touched", {-3, 0}, -1, {-3, 0}, none},
-        lcmcase{"negative entries are made positive in place", {-4, 6}, 12, {4, 6}, none},
-        lcmcase{"largest long with 1 and 2", {2147483647, 1, 2}, 0, {2147483647, 1, 2}, {overflow}},
-        lcmcase{"primes 2 to 23 fit", {2, 3, 5, 7, 11, 13, 17, 19, 23}, 223092870,
-                {2, 3, 5, 7, 11, 13, 17, 19, 23}, none},
-        lcmcase{"primes 2 to 29 overflow", {2, 3, 5, 7, 11, 13, 17, 19, 23, 29}, 0,
-                {2, 3, 5, 7, 11, 13, 17, 19, 23, 29}, {overflow}},
-        lcmcase{"65536 65537", {65536, 65537}, 0, {65536, 65537}, {overflow}},
-        lcmcase{"exactly the largest long", {2147483647, 2147483647}, 2147483647, {2147483647, 2147483647}, none},
-        lcmcase{"smallest long stops the sign pass", {-2, smallest, -3}, 0, {2, smallest, -3}, {overflow}},
-        lcmcase{"empty list", {}, 0, {}, {subscript}}),
-    casename());
 
 // The multiples loop exactly as hosts have always run it: the base is the last entry larger than
 // its predecessor, and the first multiple of it divisible by every entry is the answer.
