@@ -204,10 +204,12 @@ fractioni::fractioni(QWidget *parent) : QWidget(parent)
 
     // Initialize
     absorb([this] {
+        m_tpx = twipsperpixelx(this);
+        m_tpy = twipsperpixely(this);
         lastwidth = twipwidth();
         lastheight = twipheight();
-        gapx = 2 * twipsperpixelx(this);
-        gapy = 2 * twipsperpixely(this);
+        gapx = 2 * m_tpx;
+        gapy = 2 * m_tpy;
         m_font = QWidget::font();
         fontchanged();
         m_wholeallowedchars = defaultallowedchars();
@@ -222,6 +224,9 @@ fractioni::~fractioni() = default;
 
 void fractioni::InitProperties()
 {
+    // The layout is computed once the font is known rather than after each assignment; the
+    // font assignment below lays the control out with the values assigned so far.
+    m_initializing = true;
     absorb([this] { setWholepartvalue(QStringLiteral("4")); });
     absorb([this] { setNumeratorvalue(QStringLiteral("1")); });
     absorb([this] { setDenominatorvalue(QStringLiteral("7")); });
@@ -242,6 +247,7 @@ void fractioni::InitProperties()
     absorb([this] { setNumeratorLocked(false); });
     absorb([this] { setDenominatorLocked(false); });
     absorb([this] { setFracType(fracnumeric); });
+    m_initializing = false;
     absorb([this] { setFont(ambient::font(this)); });
     absorb([this] { settwipsize(600, twipheight()); });
     absorb([this] { settwipsize(twipwidth(), 600); });

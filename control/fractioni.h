@@ -12,6 +12,7 @@
 #include <QWidget>
 
 #include <array>
+#include <optional>
 
 class QLineEdit;
 class QPainter;
@@ -252,6 +253,19 @@ private:
     bool usermode() const;
 
     // Layout helpers (twips)
+    struct layoutstate
+    {
+        QString whole, numer, denom, numertext, denomtext;
+        QFont font;
+        qint64 border = 0;
+        QSize size;
+        double lastheight = 0;
+        int shown = 0;
+        bool startingup = false;
+        bool focused = false;
+        bool operator==(const layoutstate &) const = default;
+    };
+    layoutstate currentlayoutstate() const;
     void resizeprocedure();
     void sizecontrol(QWidget *child, double width, double height);
     void placecontrol(QWidget *child, double left, double top);
@@ -321,6 +335,7 @@ private:
     double m_tpx = 15;
     double m_tpy = 15;
     QSize m_hintedsize;
+    std::optional<layoutstate> m_lastlayout;
     double m_separatoroffset = 0;
 
     // Window and grip drag

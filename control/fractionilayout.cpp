@@ -54,26 +54,26 @@ private:
 
 double fractioni::twipwidth() const
 {
-    return width() * twipsperpixelx(this);
+    return width() * m_tpx;
 }
 
 double fractioni::twipheight() const
 {
-    return height() * twipsperpixely(this);
+    return height() * m_tpy;
 }
 
 QRectF fractioni::twiprect(const QWidget *child) const
 {
-    const double tx = twipsperpixelx(this);
-    const double ty = twipsperpixely(this);
+    const double tx = m_tpx;
+    const double ty = m_tpy;
     const QRect r = child->geometry();
     return {r.x() * tx, r.y() * ty, r.width() * tx, r.height() * ty};
 }
 
 void fractioni::settwipsize(double width, double height)
 {
-    const int w = std::clamp(topixels(width, twipsperpixelx(this)), 0, maxpixels);
-    const int h = std::clamp(topixels(height, twipsperpixely(this)), 0, maxpixels);
+    const int w = std::clamp(topixels(width, m_tpx), 0, maxpixels);
+    const int h = std::clamp(topixels(height, m_tpy), 0, maxpixels);
     if (w == this->width() && h == this->height())
         return;
     resize(w, h);
@@ -85,13 +85,13 @@ void fractioni::settwipsize(double width, double height)
 
 void fractioni::sizecontrol(QWidget *child, double width, double height)
 {
-    child->resize(std::clamp(topixels(width, twipsperpixelx(this)), 0, maxpixels),
-                  std::clamp(topixels(height, twipsperpixely(this)), 0, maxpixels));
+    child->resize(std::clamp(topixels(width, m_tpx), 0, maxpixels),
+                  std::clamp(topixels(height, m_tpy), 0, maxpixels));
 }
 
 void fractioni::placecontrol(QWidget *child, double left, double top)
 {
-    child->move(topixels(left, twipsperpixelx(this)), topixels(top, twipsperpixely(this)));
+    child->move(topixels(left, m_tpx), topixels(top, m_tpy));
 }
 
 void fractioni::setcontrolfont(QWidget *control, const QFont &source, double size)
@@ -100,10 +100,13 @@ void fractioni::setcontrolfont(QWidget *control, const QFont &source, double siz
     font.setBold(source.bold());
     font.setItalic(source.italic());
     font.setPointSizeF(std::isfinite(size) ? std::clamp(size, minfontsize, maxfontsize) : minfontsize);
+    // Fonts are only set when they change: setting a widget's font re-polishes and re-lays it out.
     if (control == this) {
+        if (font == m_font)
+            return;
         m_font = font;
         fontchanged();
-    } else {
+    } else if (control->font() != font) {
         control->setFont(font);
     }
 }
@@ -115,17 +118,32 @@ void fractioni::fontchanged()
                            static_cast<QWidget *>(denominator)})
         setcontrolfont(field, m_font, size);
     // The control's Font property shadows QWidget::setFont; the widget's own font follows it.
-    QWidget::setFont(m_font);
+    if (QWidget::font() != m_font)
+        QWidget::setFont(m_font);
 }
 
 double fractioni::textwidth(const QWidget *field, const QString &text) const
 {
-    return QFontMetricsF(field->font()).horizontalAdvance(text) * twipsperpixelx(this);
+    return QFontMetricsF(field->font()).horizontalAdvance(text) * m_tpx;
 }
 
 double fractioni::textheight(const QWidget *field, const QString &) const
 {
-    return QFontMetricsF(field->font()).height() * twipsperpixely(this);
+    return QFontMetricsF(field->font()).height() * m_tpy;
+}
+
+fractioni::layoutstate fractioni::currentlayoutstate() const
+{
+    int shown = 0;
+    int bit = 1;
+    for (const QWidget *child : {static_cast<const QWidget *>(wholepart), static_cast<const QWidget *>(numerator),
+                                 static_cast<const QWidget *>(denominator), static_cast<const QWidget *>(lblgrip)}) {
+        if (!child->isHidden())
+            shown |= bit;
+        bit <<= 1;
+    }
+    return {m_wholepart, m_numerator, m_denominator, numerator->text(), denominator->text(), m_font,
+            qint64(m_borderstyle), size(), lastheight, shown, startingup, hasFocus() || wholepart->hasFocus()};
 }
 
 double fractioni::centeroffset(const QString &numer, const QString &denom) const
@@ -177,7 +195,12 @@ double fractioni::arrangefields()
 
 void fractioni::resizeprocedure()
 {
-    if (inresize)
+    if (inresize || m_initializing)
+        return;
+    // Keystrokes and setters run the procedure several times for one change; a run on the
+    // very state that the last run left behind would change nothing, so it is skipped.
+    const layoutstate state = currentlayoutstate();
+    if (m_lastlayout && *m_lastlayout == state)
         return;
     resizeguard guard(inresize);
     const double W = twipwidth();
@@ -219,7 +242,11 @@ void fractioni::resizeprocedure()
     lastheight = twipheight();
     m_separatoroffset = arrangefields();
     separatorlayer->setGeometry(rect());
-    updateGeometry();
+    if (size() != m_hintedsize) {
+        m_hintedsize = size();
+        updateGeometry();
+    }
+    m_lastlayout = currentlayoutstate();
 }
 
 void fractioni::resizeEvent(QResizeEvent *event)

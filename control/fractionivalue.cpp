@@ -69,6 +69,8 @@ void fractioni::setforecolors(quint32 olecolor)
 {
     const QColor color = fromoleColor(olecolor);
     for (QLineEdit *field : {wholepart, numerator, denominator}) {
+        if (field->palette().color(QPalette::Text) == color)
+            continue;
         QPalette palette = field->palette();
         palette.setColor(QPalette::Text, color);
         palette.setColor(QPalette::WindowText, color);
