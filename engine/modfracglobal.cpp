@@ -50,9 +50,8 @@ bool gcdrounds(const LongList &list, std::int32_t &result)
     std::copy_if(list.begin(), list.end(), std::back_inserter(work), [](std::int32_t v) { return v != 0; });
     if (work.empty()) {
         // No entry to divide by: every step reports its own failure, as callers have seen it.
-        const LongList kept = removezeros(list);
-        LongList reduced = kept;
-        reduced = modbymin(reduced);
+        LongList kept = removezeros(list);
+        const LongList reduced = modbymin(kept);
         if (reduced.empty()) {
             report(errnum::subscript);
             return false;

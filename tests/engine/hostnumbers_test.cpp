@@ -2,6 +2,7 @@
 
 #include <clocale>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 
 namespace enginetest {
@@ -201,12 +202,19 @@ TEST(hostnumbers, separatorsettingsarecleanedup)
 
 TEST(hostnumbers, systemlocaleisreadwithoutchangingtheprocess)
 {
+    const char *environment = std::getenv("LC_ALL");
+    const std::string saved = environment ? environment : "";
+    ::setenv("LC_ALL", "C", 1);
     const std::string before = std::setlocale(LC_NUMERIC, nullptr);
     const numberlocale system = systemnumberlocale();
     EXPECT_EQ(std::setlocale(LC_NUMERIC, nullptr), before);
-    // The tests run under a C locale: "." with "," standing in for the missing grouping mark.
+    // The C locale has no grouping mark: "," stands in for it beside ".".
     EXPECT_EQ(system.decimal, ".");
     EXPECT_EQ(system.grouping, ",");
+    if (environment)
+        ::setenv("LC_ALL", saved.c_str(), 1);
+    else
+        ::unsetenv("LC_ALL");
 }
 
 TEST(messagesink, defaultgoestostandarderrorandsinksnest)
