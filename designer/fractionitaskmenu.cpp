@@ -3,6 +3,7 @@
 #include "fractionappearance.h"
 #include "fractioni.h"
 #include "fractionvalues.h"
+#include "frmabout.h"
 #include "propertypagedialog.h"
 
 #include <QtDesigner/QDesignerFormWindowCursorInterface>
@@ -46,11 +47,18 @@ fractionitaskmenu::fractionitaskmenu(fractioni *control, QObject *parent)
     , m_control(control)
     , m_values(new QAction(tr("Values..."), this))
     , m_appearance(new QAction(tr("Appearance..."), this))
+    , m_about(new QAction(tr("About..."), this))
 {
     m_values->setObjectName(QStringLiteral("fractionvalues"));
     m_appearance->setObjectName(QStringLiteral("fractionappearance"));
     connect(m_values, &QAction::triggered, this, [this] { openpages(0); });
     connect(m_appearance, &QAction::triggered, this, [this] { openpages(1); });
+    m_about->setObjectName(QStringLiteral("frmAbout"));
+    connect(m_about, &QAction::triggered, this, [this] {
+        auto *about = new kelfractionint::frmAbout(m_control ? m_control->window() : nullptr);
+        about->setAttribute(Qt::WA_DeleteOnClose);
+        about->open();
+    });
 }
 
 QAction *fractionitaskmenu::preferredEditAction() const
@@ -60,7 +68,7 @@ QAction *fractionitaskmenu::preferredEditAction() const
 
 QList<QAction *> fractionitaskmenu::taskActions() const
 {
-    return {m_values, m_appearance};
+    return {m_values, m_appearance, m_about};
 }
 
 propertypagedialog *fractionitaskmenu::createdialog(int page) const

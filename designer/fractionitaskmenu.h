@@ -15,7 +15,7 @@ class propertypagedialog;
 
 /*!
  * The task menu of a fractioni on a form: "Values..." and "Appearance..." open the two property
- * pages on the selected controls (the clicked one first). Apply and OK write the pages' changes
+ * pages on the selected controls (the clicked one first), "About..." the component's About box. Apply and OK write the pages' changes
  * through the form window's cursor as one undoable step.
  */
 class fractionitaskmenu : public QObject, public QDesignerTaskMenuExtension
@@ -39,6 +39,7 @@ private:
     QPointer<kelfractionint::fractioni> m_control;
     QAction *m_values;
     QAction *m_appearance;
+    QAction *m_about;
 };
 
 class fractionitaskmenufactory : public QExtensionFactory

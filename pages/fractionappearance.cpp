@@ -57,50 +57,49 @@ void fractionappearance::setcheck(QCheckBox *box, int value)
     setChanged(true);
 }
 
-void fractionappearance::loadfrom(QObject *control)
+void fractionappearance::loadflags(const QObject *control, const QList<option> &order)
 {
-    setcheck(chkuserresizeable, flagof(control, "Userresizeable"));
-    setcheck(chkfractionslash, flagof(control, "Fractionslash"));
-    setcheck(chkWholepartLocked, flagof(control, "WholepartLocked"));
-    setcheck(Chknumeratorlocked, flagof(control, "NumeratorLocked"));
-    setcheck(ChkdenominatorLocked, flagof(control, "DenominatorLocked"));
-    setcheck(chkforcesign, flagof(control, "Forcesign"));
-    setcheck(chkautoreplace, flagof(control, "Autoreplace"));
-    setcheck(chkborderstyle, readproperty(control, "Borderstyle").toInt() == borderstylefixed ? 1 : 0);
+    for (const option &each : order)
+        setcheck(each.box, flagof(control, each.property));
+}
+
+QList<fractionappearance::option> fractionappearance::flagsinorder() const
+{
+    return {{chkuserresizeable, "Userresizeable"},   {chkfractionslash, "Fractionslash"},
+            {chkWholepartLocked, "WholepartLocked"}, {Chknumeratorlocked, "NumeratorLocked"},
+            {ChkdenominatorLocked, "DenominatorLocked"}, {chkforcesign, "Forcesign"},
+            {chkautoreplace, "Autoreplace"}};
 }
 
 void fractionappearance::SelectionChanged()
 {
-    QObject *first = selectedcontrol(0);
-    setcheck(chkautoreplace, flagof(first, "Autoreplace"));
-    setcheck(chkforcesign, flagof(first, "Forcesign"));
-    setcheck(chkWholepartLocked, flagof(first, "WholepartLocked"));
-    setcheck(Chknumeratorlocked, flagof(first, "NumeratorLocked"));
-    setcheck(ChkdenominatorLocked, flagof(first, "DenominatorLocked"));
-    setcheck(chkuserresizeable, flagof(first, "Userresizeable"));
-    setcheck(chkfractionslash, flagof(first, "Fractionslash"));
+    loadflags(selectedcontrol(0), {{chkautoreplace, "Autoreplace"},
+                                   {chkforcesign, "Forcesign"},
+                                   {chkWholepartLocked, "WholepartLocked"},
+                                   {Chknumeratorlocked, "NumeratorLocked"},
+                                   {ChkdenominatorLocked, "DenominatorLocked"},
+                                   {chkuserresizeable, "Userresizeable"},
+                                   {chkfractionslash, "Fractionslash"}});
 
     // Every control in turn overwrites the boxes: a mixed selection shows its last control,
     // never a grey box. Hosts rely on that.
     const int count = selectedcount16();
-    for (int i = 0; i < count; ++i)
-        loadfrom(selectedcontrol(i));
+    for (int i = 0; i < count; ++i) {
+        QObject *control = selectedcontrol(i);
+        loadflags(control, flagsinorder());
+        setcheck(chkborderstyle, readproperty(control, "Borderstyle").toInt() == borderstylefixed ? 1 : 0);
+    }
 }
 
 void fractionappearance::ApplyChanges()
 {
-    const auto ticked = [](const QCheckBox *box) { return box->checkState() == Qt::Checked; };
     const int count = selectedcount16();
     for (int i = 0; i < count; ++i) {
         QObject *control = selectedcontrol(i);
-        write(control, "Userresizeable", ticked(chkuserresizeable));
-        write(control, "Fractionslash", ticked(chkfractionslash));
-        write(control, "WholepartLocked", ticked(chkWholepartLocked));
-        write(control, "NumeratorLocked", ticked(Chknumeratorlocked));
-        write(control, "DenominatorLocked", ticked(ChkdenominatorLocked));
-        write(control, "Forcesign", ticked(chkforcesign));
-        write(control, "Autoreplace", ticked(chkautoreplace));
-        write(control, "Borderstyle", static_cast<qint32>(ticked(chkborderstyle) ? borderstylefixed : 0));
+        for (const option &each : flagsinorder())
+            write(control, each.property, each.box->checkState() == Qt::Checked);
+        write(control, "Borderstyle",
+              static_cast<qint32>(chkborderstyle->checkState() == Qt::Checked ? borderstylefixed : 0));
     }
 }
 

@@ -26,8 +26,15 @@ public:
     void ApplyChanges() override;
 
 private:
+    struct option
+    {
+        QCheckBox *box;
+        const char *property;
+    };
     void setcheck(QCheckBox *box, int value);
-    void loadfrom(QObject *control);
+    void loadflags(const QObject *control, const QList<option> &order);
+    /*! The seven Boolean options in the order in which each control is read and written. */
+    QList<option> flagsinorder() const;
 
     QCheckBox *chkfractionslash;
     QCheckBox *chkuserresizeable;

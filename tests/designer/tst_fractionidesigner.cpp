@@ -147,7 +147,7 @@ void tst_fractionidesigner::formeditor()
     auto *menu = qt_extension<QDesignerTaskMenuExtension *>(core->extensionManager(), first);
     QVERIFY(menu);
     const QList<QAction *> actions = menu->taskActions();
-    QCOMPARE(actions.size(), 2);
+    QCOMPARE(actions.size(), 3);
     QCOMPARE(menu->preferredEditAction(), actions.at(0));
 
     const auto opendialog = [&](int action) -> propertypagedialog * {
