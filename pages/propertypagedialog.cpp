@@ -32,13 +32,28 @@ propertypagedialog::propertypagedialog(QWidget *parent)
 
 propertypagedialog::~propertypagedialog() = default;
 
+namespace {
+
+// Hands \a page the selection; a control that cannot be read is reported, not raised, since
+// the dialog has no caller to pass the error to.
+void loadpage(propertypage *page, const QList<QObject *> &controls)
+{
+    try {
+        page->setSelectedControls(controls);
+    } catch (const modfracglobal::automationerror &error) {
+        modfracglobal::showmessage(error.description());
+    }
+}
+
+} // namespace
+
 void propertypagedialog::addpage(propertypage *page)
 {
     m_pages.append(page);
     m_tabs->addTab(page, page->windowTitle());
     connect(page, &propertypage::Changedchanged, this, &propertypagedialog::updateapply);
     if (!m_selection.isEmpty())
-        page->setSelectedControls(m_selection);
+        loadpage(page, m_selection);
     updateapply();
 }
 
@@ -56,7 +71,7 @@ void propertypagedialog::setSelectedControls(const QList<QObject *> &controls)
 {
     m_selection = controls;
     for (propertypage *page : std::as_const(m_pages))
-        page->setSelectedControls(controls);
+        loadpage(page, controls);
 }
 
 bool propertypagedialog::apply()

@@ -34,7 +34,8 @@ public:
     /*! Brings the page at \a index to the front. */
     void setcurrentpage(int index);
 
-    /*! Hands every page the selection \a controls. */
+    /*! Hands every page the selection \a controls. A page that cannot load them (no control,
+     *  a property missing) says so through the message sink. */
     void setSelectedControls(const QList<QObject *> &controls);
 
     /*! Applies every changed page; false when a property raised an error. A host that records

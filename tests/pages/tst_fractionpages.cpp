@@ -455,6 +455,14 @@ void tst_fractionpages::dialog()
     QVERIFY(!dialog.isVisible());
     QCOMPARE(control.Wholepartvalue(), QStringLiteral("-3"));
 
+    // A selection the pages cannot read is reported, and Apply stays off.
+    m_messages.clear();
+    propertypagedialog empty;
+    empty.addpage(new fractionvalues);
+    empty.setSelectedControls({});
+    QCOMPARE(m_messages, std::vector<std::string>{"Subscript out of range"});
+    QVERIFY(!empty.applybutton()->isEnabled());
+
     // Cancel writes nothing.
     dialog.setSelectedControls({&control});
     box(values, "txtnumeratorvalue")->setText(QStringLiteral("2"));
