@@ -4,6 +4,8 @@
 
 #include "ambient.h"
 #include "fractioni.h"
+#include "messageboxsink.h"
+#include "messagesink.h"
 
 #include <QtDesigner/QDesignerFormEditorInterface>
 #include <QtDesigner/QDesignerFormWindowInterface>
@@ -131,6 +133,11 @@ void fractioniplugin::initialize(QDesignerFormEditorInterface *core)
     // Designer's process is a design environment: it also creates controls off the forms (to
     // learn their default values, for previews), and reads every property of each.
     kelfractionint::ambient::setdefaultdesignmode(true);
+    // Design-time messages appear as message boxes, unless the host already routes them.
+    if (modfracglobal::messagesink previous = modfracglobal::setmessagesink({}))
+        modfracglobal::setmessagesink(std::move(previous));
+    else
+        kelfractionint::installmessageboxsink();
     QExtensionManager *manager = core->extensionManager();
     manager->registerExtensions(new fractionitaskmenufactory(manager), Q_TYPEID(QDesignerTaskMenuExtension));
 
