@@ -6,6 +6,8 @@
 #include "twips.h"
 
 #include <QAccessible>
+#include <QAccessibleWidget>
+#include <QFontInfo>
 #include <QLineEdit>
 #include <QPainter>
 #include <QStyleOptionSizeGrip>
@@ -148,45 +150,29 @@ QFont bagfont(const QVariant &v)
 
 } // namespace
 
-// The layer above the fields on which the separator and the border are drawn; mouse presses
-// pass through it to the control's surface and the fields.
-class fractioni::separatorlayerwidget : public QWidget
-{
-public:
-    explicit separatorlayerwidget(fractioni *control) : QWidget(control), m_control(control)
-    {
-        setAttribute(Qt::WA_TransparentForMouseEvents);
-        setAttribute(Qt::WA_NoSystemBackground);
-        setFocusPolicy(Qt::NoFocus);
-    }
-
-protected:
-    void paintEvent(QPaintEvent *) override
-    {
-        QPainter painter(this);
-        m_control->paintseparator(painter);
-    }
-
-private:
-    fractioni *m_control;
-};
-
 fractioni::fractioni(QWidget *parent) : QWidget(parent)
 {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     setAttribute(Qt::WA_OpaquePaintEvent);
-    setAccessibleName(tr("fraction"));
+    static const bool factoryinstalled = [] {
+        QAccessible::installFactory(accessiblefactory);
+        return true;
+    }();
+    Q_UNUSED(factoryinstalled);
+    // The control paints the fields' back colours beneath them, so that the separator between
+    // the glyphs is not covered by the fields' boxes; the fields inherit this palette.
+    QPalette surface = palette();
+    surface.setColor(QPalette::Base, Qt::transparent);
+    setPalette(surface);
 
     const std::array<std::pair<QLineEdit **, QString>, 3> fields{{
         {&wholepart, QStringLiteral("wholepart")},
         {&numerator, QStringLiteral("numerator")},
         {&denominator, QStringLiteral("denominator")},
     }};
-    const std::array<QString, 3> spoken{tr("whole part"), tr("numerator"), tr("denominator")};
     for (std::size_t i = 0; i < fields.size(); ++i) {
         auto *field = new QLineEdit(this);
         field->setObjectName(fields[i].second);
-        field->setAccessibleName(spoken[i]);
         field->setFrame(false);
         // The field is exactly as wide as its text: the line edit's own inner margin is taken
         // back, and one pixel more on the right leaves room for the caret.
@@ -199,8 +185,6 @@ fractioni::fractioni(QWidget *parent) : QWidget(parent)
     lblgrip->setObjectName(QStringLiteral("lblgrip"));
     lblgrip->installEventFilter(this);
     lblgrip->hide();
-    separatorlayer = new separatorlayerwidget(this);
-    separatorlayer->setObjectName(QStringLiteral("separatorlayer"));
 
     // Initialize
     absorb([this] {
@@ -210,14 +194,15 @@ fractioni::fractioni(QWidget *parent) : QWidget(parent)
         lastheight = twipheight();
         gapx = 2 * m_tpx;
         gapy = 2 * m_tpy;
-        m_font = QWidget::font();
-        fontchanged();
+        setcontrolfont(this, QWidget::font(), QFontInfo(QWidget::font()).pointSizeF());
         m_wholeallowedchars = defaultallowedchars();
         m_numerallowedchars = defaultallowedchars();
         m_denomallowedchars = defaultallowedchars();
         startingup = true;
     });
     InitProperties();
+    if (QAccessible::isActive())
+        nameaccessiblefields();
 }
 
 fractioni::~fractioni() = default;
@@ -323,7 +308,7 @@ QSize fractioni::minimumSizeHint() const
     return sizeHint();
 }
 
-void fractioni::updateaccessibility()
+QString fractioni::spokenvalue() const
 {
     QString text = m_wholepart;
     if (!m_numerator.isEmpty()) {
@@ -331,13 +316,55 @@ void fractioni::updateaccessibility()
             text += QLatin1Char(' ');
         text += m_numerator + QLatin1Char('/') + m_denominator;
     }
-    if (text.isEmpty())
-        text = QStringLiteral("0");
-    if (accessibleDescription() == text)
+    return text.isEmpty() ? QStringLiteral("0") : text;
+}
+
+void fractioni::updateaccessibility()
+{
+    // Announcing a change creates the accessible objects; without a screen reader nobody asks.
+    if (!QAccessible::isActive())
         return;
-    setAccessibleDescription(text);
     QAccessibleEvent event(this, QAccessible::DescriptionChanged);
     QAccessible::updateAccessibility(&event);
+}
+
+void fractioni::nameaccessiblefields()
+{
+    // Named only once an assistive technology looks: naming announces the change, which costs
+    // the creation of accessible objects for every control on a form.
+    if (m_fieldsnamed)
+        return;
+    m_fieldsnamed = true;
+    wholepart->setAccessibleName(tr("whole part"));
+    numerator->setAccessibleName(tr("numerator"));
+    denominator->setAccessibleName(tr("denominator"));
+}
+
+// What a screen reader sees of the control: a group named "fraction" whose description is the
+// value as shown (for example "-2 1/4").
+class fractioni::accessibleinterface : public QAccessibleWidget
+{
+public:
+    explicit accessibleinterface(fractioni *control) : QAccessibleWidget(control, QAccessible::Grouping) {}
+
+    QString text(QAccessible::Text t) const override
+    {
+        auto *control = static_cast<fractioni *>(widget());
+        if (t == QAccessible::Description && control->accessibleDescription().isEmpty())
+            return control->spokenvalue();
+        if (t == QAccessible::Name && control->accessibleName().isEmpty())
+            return fractioni::tr("fraction");
+        return QAccessibleWidget::text(t);
+    }
+};
+
+QAccessibleInterface *fractioni::accessiblefactory(const QString &classname, QObject *object)
+{
+    if (classname != QLatin1String("kelfractionint::fractioni") || !object || !object->isWidgetType())
+        return nullptr;
+    auto *control = static_cast<fractioni *>(object);
+    control->nameaccessiblefields();
+    return new accessibleinterface(control);
 }
 
 } // namespace kelfractionint

@@ -16,6 +16,7 @@
 
 class QLineEdit;
 class QPainter;
+class QAccessibleInterface;
 
 namespace kelfractionint {
 
@@ -232,8 +233,6 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    class separatorlayerwidget;
-
     // Value helpers
     static QStringList fractiontoarray(const fractioni *control);
     void applywholepart(const QString &text);
@@ -281,6 +280,10 @@ private:
     void fontchanged();
     void closingsteps(const QString &name);
     void updateaccessibility();
+    QString spokenvalue() const;
+    void nameaccessiblefields();
+    static QAccessibleInterface *accessiblefactory(const QString &classname, QObject *object);
+    class accessibleinterface;
     void paintseparator(QPainter &painter) const;
 
     // Mouse on the fields and the grip, seen through eventFilter; true when consumed
@@ -291,7 +294,6 @@ private:
     QLineEdit *numerator = nullptr;
     QLineEdit *denominator = nullptr;
     QWidget *lblgrip = nullptr;
-    QWidget *separatorlayer = nullptr;
 
     // Value
     QString m_wholepart;
@@ -323,6 +325,7 @@ private:
     bool m_numeratorlocked = false;
     bool m_denominatorlocked = false;
     qint16 lastselstart = 0;
+    bool m_fieldsnamed = false;
 
     // Layout state, in twips
     double gapx = 30;

@@ -113,13 +113,14 @@ void fractioni::setcontrolfont(QWidget *control, const QFont &source, double siz
 
 void fractioni::fontchanged()
 {
+    // The control's Font property shadows QWidget::setFont; the widget's own font follows it,
+    // and the fields inherit it, so that the checks below mostly find nothing to do.
+    if (QWidget::font() != m_font)
+        QWidget::setFont(m_font);
     const double size = QFontInfo(m_font).pointSizeF();
     for (QWidget *field : {static_cast<QWidget *>(wholepart), static_cast<QWidget *>(numerator),
                            static_cast<QWidget *>(denominator)})
         setcontrolfont(field, m_font, size);
-    // The control's Font property shadows QWidget::setFont; the widget's own font follows it.
-    if (QWidget::font() != m_font)
-        QWidget::setFont(m_font);
 }
 
 double fractioni::textwidth(const QWidget *field, const QString &text) const
@@ -241,7 +242,6 @@ void fractioni::resizeprocedure()
     lastwidth = twipwidth();
     lastheight = twipheight();
     m_separatoroffset = arrangefields();
-    separatorlayer->setGeometry(rect());
     if (size() != m_hintedsize) {
         m_hintedsize = size();
         updateGeometry();
@@ -270,8 +270,16 @@ void fractioni::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.fillRect(rect(), fromoleColor(m_backcolor));
     m_separatoroffset = arrangefields();
-    separatorlayer->setGeometry(rect());
-    separatorlayer->update();
+    const std::array<std::pair<const QLineEdit *, quint32>, 3> fields{{
+        {wholepart, m_wholepartbackcolor},
+        {numerator, m_numeratorbackcolor},
+        {denominator, m_denominatorbackcolor},
+    }};
+    for (const auto &[field, color] : fields) {
+        if (!field->isHidden())
+            painter.fillRect(field->geometry(), fromoleColor(color));
+    }
+    paintseparator(painter);
 }
 
 void fractioni::paintseparator(QPainter &painter) const
@@ -281,9 +289,9 @@ void fractioni::paintseparator(QPainter &painter) const
     if (m_numerator.isEmpty() && m_denominator.isEmpty() && m_wholepart.isEmpty())
         separator = wholepart->palette().color(QPalette::Text);
 
-    // The fields are as tall as a line of their font and would cover a separator drawn at their
-    // edges, so it is drawn on a layer above them, between the glyphs: from the numerator's
-    // baseline to the top of the denominator's digits.
+    // The fields are as tall as a line of their font, so the separator is drawn between the
+    // glyphs rather than at the boxes' edges: from the numerator's baseline to the top of the
+    // denominator's digits.
     const QRect numer = numerator->geometry();
     const QRect denom = denominator->geometry();
     const QFontMetricsF metrics(numerator->font());
@@ -300,7 +308,7 @@ void fractioni::paintseparator(QPainter &painter) const
     }
     if (m_borderstyle != borderstylenone) {
         painter.setRenderHint(QPainter::Antialiasing, false);
-        painter.setPen(QPen(palette().color(QPalette::WindowText), 0));
+        painter.setPen(QPen(QColor(Qt::black), 0));
         painter.setBrush(Qt::NoBrush);
         painter.drawRect(rect().adjusted(0, 0, -1, -1));
     }
@@ -330,9 +338,6 @@ void fractioni::setFractionslash(bool value)
 void fractioni::setBackcolor(quint32 value)
 {
     m_backcolor = value;
-    QPalette surface = palette();
-    surface.setColor(QPalette::Window, fromoleColor(value));
-    setPalette(surface);
     closingsteps(QStringLiteral("Backcolor"));
 }
 
@@ -365,11 +370,10 @@ void fractioni::setPosforecolor(quint32 value)
 }
 
 namespace {
-void setbackcolor(QLineEdit *field, quint32 olecolor)
+// The back colour is painted by the control beneath the transparent field.
+void setbackcolor(QLineEdit *field, quint32)
 {
-    QPalette palette = field->palette();
-    palette.setColor(QPalette::Base, fromoleColor(olecolor));
-    field->setPalette(palette);
+    field->update();
 }
 } // namespace
 

@@ -118,7 +118,6 @@ bool fractioni::childmouseevent(QObject *watched, QEvent *event)
             inresize = true;
             resize(w, h);
             inresize = guarded;
-            separatorlayer->setGeometry(rect());
             update();
         }
         return true;

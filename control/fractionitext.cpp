@@ -3,6 +3,7 @@
 
 #include "modfracglobal.h"
 
+#include <QAccessible>
 #include <QKeyEvent>
 #include <QLineEdit>
 
@@ -307,6 +308,8 @@ bool fractioni::eventFilter(QObject *watched, QEvent *event)
     auto *field = qobject_cast<QLineEdit *>(watched);
     const bool isfield = field && (field == wholepart || field == numerator || field == denominator);
     if (isfield) {
+        if (event->type() == QEvent::FocusIn && QAccessible::isActive())
+            nameaccessiblefields();
         if (event->type() == QEvent::KeyPress) {
             auto *key = static_cast<QKeyEvent *>(event);
             lastselstart = qint16(field->cursorPosition());

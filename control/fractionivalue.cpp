@@ -67,15 +67,14 @@ void fractioni::closingsteps(const QString &name)
 
 void fractioni::setforecolors(quint32 olecolor)
 {
+    // The fields inherit the control's text colour.
     const QColor color = fromoleColor(olecolor);
-    for (QLineEdit *field : {wholepart, numerator, denominator}) {
-        if (field->palette().color(QPalette::Text) == color)
-            continue;
-        QPalette palette = field->palette();
-        palette.setColor(QPalette::Text, color);
-        palette.setColor(QPalette::WindowText, color);
-        field->setPalette(palette);
-    }
+    if (palette().color(QPalette::Text) == color)
+        return;
+    QPalette surface = palette();
+    surface.setColor(QPalette::Text, color);
+    surface.setColor(QPalette::WindowText, color);
+    setPalette(surface);
 }
 
 QString fractioni::getsign() const

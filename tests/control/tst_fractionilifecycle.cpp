@@ -7,6 +7,7 @@
 #include "testsupport.h"
 #include "twips.h"
 
+#include <QAccessible>
 #include <QLineEdit>
 #include <QSettings>
 #include <QTemporaryDir>
@@ -106,10 +107,15 @@ void tst_fractionilifecycle::newcontrol()
     QVERIFY(control.Fracpartvisible());
     QVERIFY(!control.Userresizeable());
     QVERIFY(control.findChild<QWidget *>(QStringLiteral("lblgrip"))->isHidden());
-    // Screen readers find the fields by name and the value in the description.
+    // Screen readers find the value in the control's description and the fields by name.
+    QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(&control);
+    QVERIFY(accessible);
+    QCOMPARE(accessible->text(QAccessible::Name), QStringLiteral("fraction"));
+    QCOMPARE(accessible->text(QAccessible::Description), QStringLiteral("4 1/7"));
+    control.loadfraction(QStringList{"-2", "1", "4"});
+    QCOMPARE(accessible->text(QAccessible::Description), QStringLiteral("-2 1/4"));
     QCOMPARE(control.findChild<QLineEdit *>(QStringLiteral("numerator"))->accessibleName(), QStringLiteral("numerator"));
     QCOMPARE(control.findChild<QLineEdit *>(QStringLiteral("wholepart"))->accessibleName(), QStringLiteral("whole part"));
-    QCOMPARE(control.accessibleDescription(), QStringLiteral("4 1/7"));
 }
 
 void tst_fractionilifecycle::emptybag()
