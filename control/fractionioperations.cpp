@@ -76,6 +76,12 @@ QStringList replaceifasked(fractioni *control, QStringList result)
     return result;
 }
 
+// The result of an ...intofraction method, always loaded into its first control.
+fractioni *loadinto(fractioni *resultfrac, QStringList result)
+{
+    return resultfrac->loadfraction(result);
+}
+
 // ---- Late binding on objects that are not controls of this library ----
 
 QMetaMethod findmethod(const QObject *object, std::initializer_list<const char *> names, int parameters)
@@ -446,26 +452,22 @@ QStringList fractioni::multiplytwofractions(fractioni *frac1, fractioni *frac2)
 
 fractioni *fractioni::addintofraction(fractioni *resultfrac, fractioni *addendfrac)
 {
-    QStringList sum = addtwofractions(resultfrac, addendfrac);
-    return resultfrac->loadfraction(sum);
+    return loadinto(resultfrac, addtwofractions(resultfrac, addendfrac));
 }
 
 fractioni *fractioni::subtractintofraction(fractioni *resultfrac, fractioni *minutorfrac)
 {
-    QStringList difference = subtractfractions(resultfrac, minutorfrac);
-    return resultfrac->loadfraction(difference);
+    return loadinto(resultfrac, subtractfractions(resultfrac, minutorfrac));
 }
 
 fractioni *fractioni::divideintofraction(fractioni *resultfrac, fractioni *divisorfrac)
 {
-    QStringList quotient = dividefractions(resultfrac, divisorfrac);
-    return resultfrac->loadfraction(quotient);
+    return loadinto(resultfrac, dividefractions(resultfrac, divisorfrac));
 }
 
 fractioni *fractioni::multiplyintofraction(fractioni *resultfrac, fractioni *multiplierfrac)
 {
-    QStringList product = multiplytwofractions(resultfrac, multiplierfrac);
-    return resultfrac->loadfraction(product);
+    return loadinto(resultfrac, multiplytwofractions(resultfrac, multiplierfrac));
 }
 
 } // namespace kelfractionint
