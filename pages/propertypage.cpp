@@ -1,17 +1,16 @@
 #include "propertypage.h"
 
 #include "automationerror.h"
+#include "twips.h"
 
 #include <QMetaProperty>
 
-#include <cmath>
 #include <limits>
 
 namespace kelfractionint {
 
 namespace {
 
-constexpr int twipsperinch = 1440;
 constexpr int errnomember = 438;
 
 QMetaProperty findproperty(const QObject *control, const char *name)
@@ -115,8 +114,7 @@ void propertypage::write(QObject *control, const char *name, const QVariant &val
 
 int propertypage::twipstopixels(int twips, bool vertical) const
 {
-    const int dpi = vertical ? logicalDpiY() : logicalDpiX();
-    return static_cast<int>(std::lround(double(twips) * dpi / twipsperinch));
+    return kelfractionint::twipstopixels(twips, vertical ? twipsperpixely(this) : twipsperpixelx(this));
 }
 
 void propertypage::placetwips(QWidget *child, int left, int top, int width, int height) const
