@@ -103,7 +103,6 @@ std::int32_t pairgcd(std::int32_t a, std::int32_t b);
 /*! The host number rules without exceptions: each returns 0 or the error number. */
 int readlong(std::string_view text, std::int32_t &value);
 int readdouble(std::string_view text, double &value);
-int roundlong(double real, std::int32_t &value);
 /*! 10 to the power \a exponent, exact up to 10^22. */
 double powerof10(std::int32_t exponent);
 
@@ -121,6 +120,15 @@ inline double roundhalfeven(double value)
     if (!(value > -shift && value < shift))
         return value;
     return value >= 0 ? (value + shift) - shift : (value - shift) + shift;
+}
+/*! \a real rounded half to even into \a value; 6 when it leaves the 32-bit range, else 0. */
+inline int roundlong(double real, std::int32_t &value)
+{
+    const double rounded = roundhalfeven(real);
+    if (!(rounded >= -2147483648.0 && rounded <= 2147483647.0))
+        return errnum::overflow;
+    value = static_cast<std::int32_t>(rounded);
+    return 0;
 }
 /*! True when the record's whole part begins with "-". */
 bool isnegative(const FractionText &fraction);

@@ -295,15 +295,6 @@ int readlong(std::string_view text, std::int32_t &value)
     return roundlong(real, value);
 }
 
-int roundlong(double real, std::int32_t &value)
-{
-    const double rounded = roundhalfeven(real);
-    if (!(rounded >= -2147483648.0 && rounded <= 2147483647.0))
-        return errnum::overflow;
-    value = static_cast<std::int32_t>(rounded);
-    return 0;
-}
-
 double powerof10(std::int32_t exponent)
 {
     static constexpr double exact[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
