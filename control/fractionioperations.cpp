@@ -274,22 +274,6 @@ QString flippedsign(const QString &whole)
     return QLatin1Char('-') + whole;
 }
 
-// A divisor or dividend given as a percent or decimal text, converted by its own method.
-QStringList convertedoperand(fractioni *control)
-{
-    const QString whole = control->Wholepartvalue();
-    QStringList record;
-    if (haspercent(whole))
-        record = control->percenttofrac();
-    else if (hasdecimal(whole))
-        record = control->decimaltofrac();
-    else
-        return valueof(control);
-    if (record.size() < 3)
-        fail(errnum::subscript);
-    return record;
-}
-
 } // namespace
 
 // ---- Conversions of the control's own value ----
@@ -416,21 +400,21 @@ QStringList fractioni::dividefractions(fractioni *dividend, fractioni *divisor)
         && divisor->Wholepartvalue().isEmpty())
         fail(errnum::divisionbyzero);
 
-    QStringList divisorrecord = valueof(divisor);
-    const QString divisorwhole = divisorrecord.at(0);
+    const QString divisorwhole = divisor->Wholepartvalue();
+    const QStringList converted = rowof(divisor);
+    const FractionText divisorrecord = torecord(converted);
     if (haspercent(divisorwhole) || hasdecimal(divisorwhole)) {
-        divisorrecord = convertedoperand(divisor);
         // The divisor shows its converted value afterwards, whatever its Autoreplace says; hosts
         // rely on it.
-        divisor->setWholepartvalue(divisorrecord.at(0));
-        divisor->setNumeratorvalue(divisorrecord.at(1));
-        divisor->setDenominatorvalue(divisorrecord.at(2));
+        divisor->setWholepartvalue(converted.at(0));
+        divisor->setNumeratorvalue(converted.at(1));
+        divisor->setDenominatorvalue(converted.at(2));
     }
     // The dividend is converted for the computation only; it keeps what it shows.
-    const QStringList dividendrecord = convertedoperand(dividend);
+    const FractionText dividendrecord = torecord(rowof(dividend));
 
-    const FractionResult improperdividend = modfracglobal::strmixedtofrac(torecord(dividendrecord));
-    const FractionResult improperdivisor = modfracglobal::strmixedtofrac(torecord(divisorrecord));
+    const FractionResult improperdividend = modfracglobal::strmixedtofrac(dividendrecord);
+    const FractionResult improperdivisor = modfracglobal::strmixedtofrac(divisorrecord);
     if (!improperdividend || !improperdivisor)
         return {};
     const FractionResult inverted = modfracglobal::strinvert(*improperdivisor);
