@@ -187,16 +187,32 @@ bool holdsobject(const QVariant &value)
     return value.metaType().flags().testFlag(QMetaType::PointerToQObject);
 }
 
-QStringList rowof(const QVariant &item)
+bool readable(QObject *object, const char *name)
+{
+    return object->property(name).isValid() || findmethod(object, {name}, 0).isValid();
+}
+
+// The operand an item stands for: 91 for nothing, 13 for anything that does not read as a fraction.
+QObject *operandof(QObject *object)
+{
+    if (!object)
+        fail(errnum::objectnotset);
+    if (!qobject_cast<fractioni *>(object)) {
+        for (const char *name : {"Wholepartvalue", "Numeratorvalue", "Denominatorvalue"}) {
+            if (!readable(object, name))
+                fail(errnum::typemismatch);
+        }
+    }
+    return object;
+}
+
+QObject *operandof(const QVariant &item)
 {
     if (!item.isValid() || item.isNull())
         fail(errnum::objectnotset);
     if (!holdsobject(item))
         fail(errnum::typemismatch);
-    QObject *object = item.value<QObject *>();
-    if (!object)
-        fail(errnum::objectnotset);
-    return rowof(object);
+    return operandof(item.value<QObject *>());
 }
 
 qsizetype countof(const QVariant &count)
@@ -209,20 +225,25 @@ qsizetype countof(const QVariant &count)
 }
 
 // Reads \a count items through \a item, one row each, in the collection's order.
-FractionList buildlist(qsizetype count, const std::function<QStringList(qsizetype)> &item)
+FractionList buildlist(qsizetype count, const std::function<QObject *(qsizetype)> &item)
 {
     // An empty collection sizes the list to no rows, which the host refuses.
     if (count < 1)
         fail(errnum::subscript);
-    FractionList list;
+    // Every item is checked before the first one converts itself, so that a collection holding
+    // something else leaves all controls as they were.
+    std::vector<QObject *> operands;
     for (qsizetype i = 0; i < count; ++i)
-        list.push_back(torecord(item(i)));
+        operands.push_back(item(i));
+    FractionList list;
+    for (QObject *operand : operands)
+        list.push_back(torecord(rowof(operand)));
     return list;
 }
 
 FractionList buildlist(const QList<fractioni *> &controls)
 {
-    return buildlist(controls.size(), [&controls](qsizetype i) { return rowof(controls.at(i)); });
+    return buildlist(controls.size(), [&controls](qsizetype i) { return operandof(controls.at(i)); });
 }
 
 // A collection from a host: a list of controls, a sequence of objects (a script's array), a map
@@ -246,7 +267,7 @@ FractionList buildlist(const QVariant &objfracs)
         if (!item.isValid())
             fail(errnum::typemismatch);
         return buildlist(count, [collection, &item](qsizetype i) {
-            return rowof(invokelate(collection, item, QVariant::fromValue(qlonglong(i))));
+            return operandof(invokelate(collection, item, QVariant::fromValue(qlonglong(i))));
         });
     }
     if (objfracs.metaType() == QMetaType::fromType<QVariantMap>()) {
@@ -254,12 +275,12 @@ FractionList buildlist(const QVariant &objfracs)
         if (!map.contains(QStringLiteral("Count")))
             fail(errnum::typemismatch);
         return buildlist(countof(map.value(QStringLiteral("Count"))),
-                         [&map](qsizetype i) { return rowof(map.value(QString::number(i))); });
+                         [&map](qsizetype i) { return operandof(map.value(QString::number(i))); });
     }
     if (objfracs.canView<QSequentialIterable>() && objfracs.metaType() != QMetaType::fromType<QString>()
         && objfracs.metaType() != QMetaType::fromType<QByteArray>()) {
         const QVariantList items = objfracs.value<QVariantList>();
-        return buildlist(items.size(), [&items](qsizetype i) { return rowof(items.at(i)); });
+        return buildlist(items.size(), [&items](qsizetype i) { return operandof(items.at(i)); });
     }
     fail(errnum::typemismatch);
 }
