@@ -11,6 +11,8 @@
 
 #include <QAction>
 
+#include <algorithm>
+
 using kelfractionint::fractioni;
 using kelfractionint::propertypagedialog;
 
@@ -28,7 +30,9 @@ public:
 
     bool apply() override
     {
-        if (!m_form)
+        const QList<kelfractionint::propertypage *> all = pages();
+        const bool changed = std::any_of(all.cbegin(), all.cend(), [](const auto *page) { return page->Changed(); });
+        if (!m_form || !changed)
             return propertypagedialog::apply();
         m_form->beginCommand(tr("Apply property pages"));
         const bool applied = propertypagedialog::apply();
