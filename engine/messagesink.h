@@ -11,7 +11,8 @@ namespace modfracglobal {
  * Where the component shows its message boxes (an engine error's description, a design-time
  * message). A host setting: an application installs one that opens a modal message box, tests and
  * script hosts install one that captures the texts. With no sink installed the text goes to
- * standard error.
+ * standard error. The engine calls the sink from inside its routines, on the caller's thread;
+ * an exception thrown by the sink passes through to the routine's caller.
  */
 using messagesink = std::function<void(const std::string &text)>;
 
