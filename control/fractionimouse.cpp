@@ -49,7 +49,8 @@ constexpr int maxdragsize = 16384;
 
 void fractioni::mousePressEvent(QMouseEvent *event)
 {
-    QWidget::mousePressEvent(event);
+    // The control handles its own presses; the form below it does not see them.
+    event->accept();
     const float x = float(event->position().x() * twipsperpixelx(this));
     const float y = float(event->position().y() * twipsperpixely(this));
     const QRectF numer = twiprect(numerator);
@@ -68,7 +69,7 @@ void fractioni::mousePressEvent(QMouseEvent *event)
 
 void fractioni::mouseReleaseEvent(QMouseEvent *event)
 {
-    QWidget::mouseReleaseEvent(event);
+    event->accept();
     if (!rect().contains(event->position().toPoint()))
         return;
     // A click on the surface brings back a control whose parts are all hidden.
