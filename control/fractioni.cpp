@@ -194,7 +194,8 @@ fractioni::fractioni(QWidget *parent) : QWidget(parent)
         lastheight = twipheight();
         gapx = 2 * m_tpx;
         gapy = 2 * m_tpy;
-        setcontrolfont(this, QWidget::font(), QFontInfo(QWidget::font()).pointSizeF());
+        const QFont initial = QWidget::font();
+        setcontrolfont(this, initial, initial.pointSizeF() > 0 ? initial.pointSizeF() : QFontInfo(initial).pointSizeF());
         m_wholeallowedchars = defaultallowedchars();
         m_numerallowedchars = defaultallowedchars();
         m_denomallowedchars = defaultallowedchars();
@@ -234,8 +235,8 @@ void fractioni::InitProperties()
     absorb([this] { setFracType(fracnumeric); });
     m_initializing = false;
     absorb([this] { setFont(ambient::font(this)); });
-    absorb([this] { settwipsize(600, twipheight()); });
-    absorb([this] { settwipsize(twipwidth(), 600); });
+    // Width and height in one step: the end state is that of setting one after the other.
+    absorb([this] { settwipsize(600, 600); });
 }
 
 void fractioni::ReadProperties(const propertybag &bag)

@@ -25,6 +25,12 @@ constexpr double minfontsize = 1.0;
 constexpr double maxfontsize = 400.0;
 constexpr int maxpixels = 16384;
 
+// A font's size in points; a font given in pixels has its size matched by the font system.
+double pointsize(const QFont &font)
+{
+    return font.pointSizeF() > 0 ? font.pointSizeF() : QFontInfo(font).pointSizeF();
+}
+
 qint16 checked16(qint64 value)
 {
     if (value < std::numeric_limits<qint16>::min() || value > std::numeric_limits<qint16>::max())
@@ -117,7 +123,7 @@ void fractioni::fontchanged()
     // and the fields inherit it, so that the checks below mostly find nothing to do.
     if (QWidget::font() != m_font)
         QWidget::setFont(m_font);
-    const double size = QFontInfo(m_font).pointSizeF();
+    const double size = pointsize(m_font);
     for (QWidget *field : {static_cast<QWidget *>(wholepart), static_cast<QWidget *>(numerator),
                            static_cast<QWidget *>(denominator)})
         setcontrolfont(field, m_font, size);
@@ -125,7 +131,22 @@ void fractioni::fontchanged()
 
 double fractioni::textwidth(const QWidget *field, const QString &text) const
 {
-    return QFontMetricsF(field->font()).horizontalAdvance(text) * m_tpx;
+    // The fields carry the control's font; their measurements are kept until the font changes,
+    // since every layout and paint measures the same few texts again.
+    if (field->font() != m_font)
+        return QFontMetricsF(field->font()).horizontalAdvance(text) * m_tpx;
+    if (m_widthcachefont != m_font) {
+        m_widthcache = {};
+        m_widthcachefont = m_font;
+    }
+    for (const measurement &entry : m_widthcache) {
+        if (entry.used && entry.text == text)
+            return entry.width * m_tpx;
+    }
+    const qreal width = QFontMetricsF(m_font).horizontalAdvance(text);
+    m_widthcache[m_widthcachenext] = {text, width, true};
+    m_widthcachenext = (m_widthcachenext + 1) % m_widthcache.size();
+    return width * m_tpx;
 }
 
 double fractioni::textheight(const QWidget *field, const QString &) const
@@ -211,7 +232,7 @@ void fractioni::resizeprocedure()
 
     // The font follows the control's height: the host's resizing acts as a zoom.
     const double ratio = lastheight > 0 ? H / lastheight : 1.0;
-    setcontrolfont(this, m_font, QFontInfo(m_font).pointSizeF() * ratio);
+    setcontrolfont(this, m_font, pointsize(m_font) * ratio);
 
     sizecontrol(wholepart, textwidth(wholepart, m_wholepart), textheight(wholepart, m_wholepart));
     const double numerwidth = textwidth(numerator, m_numerator);
@@ -400,7 +421,7 @@ void fractioni::setDenominatorbackcolor(quint32 value)
 
 void fractioni::setFont(const QFont &value)
 {
-    const double size = QFontInfo(value).pointSizeF();
+    const double size = pointsize(value);
     setcontrolfont(this, value, size);
     Q_EMIT propertychanged(QStringLiteral("Font"));
     // The fields are sized for the new font at once, so that no text is clipped until the next
