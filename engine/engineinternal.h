@@ -106,6 +106,17 @@ int readdouble(std::string_view text, double &value);
 /*! 10 to the power \a exponent, exact up to 10^22. */
 double powerof10(std::int32_t exponent);
 
+/*! The signed numerator and the denominator of an improper form, when they are known. */
+struct improperparts
+{
+    std::int32_t numerator = 0;
+    std::int32_t denominator = 0;
+    bool known = false;
+};
+/*! strmixedtofrac() written into \a target, which may be \a fraction itself; \a parts receives
+ *  the numbers written (unknown when the record came back as it was). Returns false, with
+ *  \a target untouched, after reporting an error. */
+bool improperinto(const FractionText &fraction, FractionText &target, improperparts &parts);
 /*! Sets \a target to parttext(\a value), without a temporary string. */
 void writepart(std::string &target, std::int32_t value);
 /*! Sets \a target to the whole part \a magnitude written with the sign of \a source: "-" followed

@@ -4,6 +4,8 @@
 
 #include "engineinternal.h"
 
+#include <vector>
+
 namespace modfracglobal {
 
 using namespace detail;
@@ -60,22 +62,27 @@ FractionResult strmultiplyfractions(FractionList &fractions)
             report(errnum::subscript);
             return;
         }
-        for (FractionText &row : fractions) {
-            FractionResult improper = strmixedtofrac(row);
-            if (!improper) {
+        std::vector<improperparts> parts(fractions.size());
+        for (std::size_t i = 0; i < fractions.size(); ++i) {
+            // The caller's row becomes its improper form; a row that has none stops the product.
+            if (!improperinto(fractions[i], fractions[i], parts[i])) {
                 report(errnum::subscript);
                 return;
             }
-            row = std::move(*improper);
         }
         // No common factors are cancelled: hosts see the unreduced product (and its overflow).
         std::int32_t numerator = 1;
         std::int32_t denominator = 1;
-        for (const FractionText &row : fractions) {
-            std::int32_t n = partvalue(row[1]);
-            const std::int32_t d = partvalue(row[2]);
-            if (isnegative(row))
-                n = -n;
+        for (std::size_t i = 0; i < fractions.size(); ++i) {
+            std::int32_t n = parts[i].numerator;
+            std::int32_t d = parts[i].denominator;
+            if (!parts[i].known) {
+                const FractionText &row = fractions[i];
+                n = partvalue(row[1]);
+                d = partvalue(row[2]);
+                if (isnegative(row))
+                    n = -n;
+            }
             numerator = checkedmul(n, numerator);
             denominator = checkedmul(d, denominator);
         }

@@ -91,17 +91,24 @@ FractionResult strexpand(const FractionText &fraction, std::int32_t factor)
     return result;
 }
 
-FractionResult strmixedtofrac(const FractionText &fraction)
+namespace detail {
+
+bool improperinto(const FractionText &fraction, FractionText &target, improperparts &parts)
 {
-    FractionResult result;
+    bool done = false;
     guarded([&] {
         if (isemptyfraction(fraction)) {
-            result = FractionText{};
+            target = FractionText{};
+            parts = improperparts{0, 0, true};
+            done = true;
             return;
         }
         if (std::any_of(fraction[0].begin(), fraction[0].end(),
                         [](char c) { return c == ',' || c == '.' || c == '%'; })) {
-            result = fraction;
+            if (&target != &fraction)
+                target = fraction;
+            parts = improperparts{};
+            done = true;
             return;
         }
         std::int32_t w = partvalue(fraction[0]);
@@ -116,12 +123,28 @@ FractionResult strmixedtofrac(const FractionText &fraction)
             d = partvalue(fraction[2]);
         }
         n = checkedadd(checkedmul(w, d), n);
-        FractionText &improper = result.emplace();
-        writepart(improper[1], n);
-        writepart(improper[2], d);
-        if (isnegative(fraction))
-            improper[0] = std::string(1, '-');
+        // Everything is read before anything is written: the target may be the fraction itself.
+        const bool negative = isnegative(fraction);
+        writepart(target[1], n);
+        writepart(target[2], d);
+        if (negative)
+            target[0].assign(1, '-');
+        else
+            target[0].clear();
+        parts = improperparts{negative ? -n : n, d, true};
+        done = true;
     });
+    return done;
+}
+
+} // namespace detail
+
+FractionResult strmixedtofrac(const FractionText &fraction)
+{
+    FractionResult result(std::in_place);
+    improperparts parts;
+    if (!improperinto(fraction, *result, parts))
+        result.reset();
     return result;
 }
 
