@@ -1,12 +1,15 @@
 #pragma once
 
 #include "ambient.h"
+#include "automationerror.h"
 #include "fractioni.h"
 #include "hostnumbers.h"
 
 #include <QLocale>
 #include <QSignalSpy>
 #include <QStringList>
+
+#include <functional>
 
 // Shared set-up of the control's tests: a pinned locale, and the events of a spy as rows of
 // eight texts.
@@ -41,5 +44,16 @@ struct designtime
     designtime() { kelfractionint::ambient::setdefaultdesignmode(true); }
     ~designtime() { kelfractionint::ambient::setdefaultdesignmode(false); }
 };
+
+// The automation error number that \a call raises, or 0 when it raises none.
+inline int errornumber(const std::function<void()> &call)
+{
+    try {
+        call();
+    } catch (const modfracglobal::automationerror &error) {
+        return error.number();
+    }
+    return 0;
+}
 
 } // namespace testsupport

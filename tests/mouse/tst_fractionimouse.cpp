@@ -11,26 +11,16 @@
 #include <QLineEdit>
 #include <QTest>
 
-#include <functional>
 #include <memory>
 
 using kelfractionint::fractioni;
+using testsupport::errornumber;
 
 namespace {
 
 QWidget *child(fractioni *control, const char *name)
 {
     return control->findChild<QWidget *>(QLatin1String(name));
-}
-
-int errornumber(const std::function<void()> &call)
-{
-    try {
-        call();
-    } catch (const modfracglobal::automationerror &error) {
-        return error.number();
-    }
-    return 0;
 }
 
 // True when some pixel of \a area in \a image has \a colour (or, with \a other, another one).

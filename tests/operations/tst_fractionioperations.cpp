@@ -14,6 +14,7 @@
 #include <memory>
 
 using kelfractionint::fractioni;
+using testsupport::errornumber;
 using testsupport::events;
 using testsupport::value;
 using rows = QList<QStringList>;
@@ -72,16 +73,6 @@ QStringList convert(fractioni &c, const QString &name, int argument)
         {"percenttofrac", [&] { return c.percenttofrac(); }},
     };
     return operations.at(name)();
-}
-
-int errornumber(const std::function<void()> &call)
-{
-    try {
-        call();
-    } catch (const modfracglobal::automationerror &error) {
-        return error.number();
-    }
-    return 0;
 }
 
 QVariant object(QObject *item)
