@@ -129,11 +129,15 @@ public:
     void ReportRuns(const std::vector<Run> &runs) override
     {
         for (const Run &run : runs) {
-            // CPU time of the benchmark's thread: on a shared machine the wall clock also counts the
-            // other processes.
-            results[run.benchmark_name()] = run.GetAdjustedCPUTime();
-            for (const auto &[name, counter] : run.counters)
-                counters[run.benchmark_name() + "/" + name] = counter.value;
+            // With repetitions the median stands for the benchmark; otherwise the single run.
+            if (run.run_type == Run::RT_Aggregate && run.aggregate_name != "median")
+                continue;
+            const std::string name = run.run_name.str();
+            // CPU time of the benchmark's thread: on a shared machine the wall clock also counts
+            // the other processes.
+            results[name] = run.GetAdjustedCPUTime();
+            for (const auto &[counter, value] : run.counters)
+                counters[name + "/" + counter] = value.value;
         }
         ConsoleReporter::ReportRuns(runs);
     }
