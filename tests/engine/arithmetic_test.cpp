@@ -81,6 +81,10 @@ INSTANTIATE_TEST_SUITE_P(
                  {overflow}},
         listcase{"product exactly the smallest", multiply, {{"-", "65536", "1"}, {"", "32768", "1"}},
                  rec("", "", "1"), {overflow}},
+        listcase{"decimal row is read as it stands", multiply, {{"1.5", "3", "4"}, {"-", "1", "2"}},
+                 rec("-", "3", "8")},
+        listcase{"decimal row with a bad numerator", multiply, {{"1.5", "x", "4"}, {"", "1", "2"}},
+                 rec("", "", "8"), {mismatch}},
         listcase{"row that has no improper form", multiply, {{"1", "1", "2"}, {"2147483647", "1", "2"}},
                  unallocated, {overflow, subscript}, {{"", "3", "2"}, {"2147483647", "1", "2"}}},
 
