@@ -4,6 +4,7 @@
 #include "scriptedrun.h"
 
 #include "fractioni.h"
+#include "frmabout.h"
 #include "hostnumbers.h"
 #include "propertypagedialog.h"
 
@@ -75,6 +76,9 @@ private Q_SLOTS:
     void selectionfollowsfocusandclicks();
     void errorsbecomemessages_data();
     void errorsbecomemessages();
+    void keyboardreachesoperations_data();
+    void keyboardreachesoperations();
+    void everyinputhasanaccessiblename();
     void pageseditselectedcontrol();
     void savedformreopensidentically();
     void pictures();
@@ -265,6 +269,53 @@ void tst_fractiondemo::errorsbecomemessages()
     QCOMPARE(value(window->first()), QStringList({"", "2000000000", "3"}));
 }
 
+void tst_fractiondemo::keyboardreachesoperations_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::addColumn<int>("modifiers");
+    QTest::addColumn<QStringList>("result");
+    QTest::addColumn<QStringList>("first");
+
+    const int alt = Qt::AltModifier;
+    const int ctrlshift = Qt::ControlModifier | Qt::ShiftModifier;
+    const QStringList firstvalue = {"", "6", "8"};
+    const QStringList untouched = {"4", "1", "7"};
+    QTest::newRow("Alt+R reduces") << int(Qt::Key_R) << alt << QStringList{"", "3", "4"} << firstvalue;
+    QTest::newRow("Alt+N inverts") << int(Qt::Key_N) << alt << QStringList{"", "8", "6"} << firstvalue;
+    QTest::newRow("Alt+A adds") << int(Qt::Key_A) << alt << QStringList{"", "14", "8"} << firstvalue;
+    QTest::newRow("Alt+V divides") << int(Qt::Key_V) << alt << QStringList{"", "6", "8"} << firstvalue;
+    QTest::newRow("Ctrl+Shift+A adds into first") << int(Qt::Key_A) << ctrlshift << untouched
+                                                  << QStringList{"", "14", "8"};
+}
+
+void tst_fractiondemo::keyboardreachesoperations()
+{
+    QFETCH(int, key);
+    QFETCH(int, modifiers);
+    QFETCH(QStringList, result);
+    QFETCH(QStringList, first);
+
+    window->first()->loadfraction(QStringList{"", "6", "8"});
+    window->second()->loadfraction(QStringList{"", "1", "1"});
+    QTest::keyClick(static_cast<QWidget *>(nullptr), Qt::Key(key), Qt::KeyboardModifiers(modifiers));
+    // A shortcut presses the button visibly and releases it a moment later.
+    QTRY_COMPARE(value(window->result()), result);
+    QTRY_COMPARE(value(window->first()), first);
+}
+
+void tst_fractiondemo::everyinputhasanaccessiblename()
+{
+    int inputs = 0;
+    for (const QWidget *widget : window->centralWidget()->findChildren<QWidget *>()) {
+        if (qobject_cast<const QAbstractButton *>(widget) || qobject_cast<const QSpinBox *>(widget)
+            || qobject_cast<const fractioni *>(widget)) {
+            QVERIFY2(!widget->accessibleName().isEmpty(), qPrintable(widget->objectName()));
+            ++inputs;
+        }
+    }
+    QCOMPARE(inputs, 26);
+}
+
 void tst_fractiondemo::pageseditselectedcontrol()
 {
     QTest::mouseClick(field(window->second(), "wholepart"), Qt::LeftButton);
@@ -294,6 +345,11 @@ void tst_fractiondemo::pageseditselectedcontrol()
     kelfractionint::scriptedrun::click(toggle);
     QCOMPARE(toggle->checkState(), Qt::Checked);
     QVERIFY(window->first()->Autoreplace() && window->second()->Autoreplace() && window->result()->Autoreplace());
+
+    action("actionabout")->trigger();
+    auto *about = window->findChild<kelfractionint::frmAbout *>();
+    QVERIFY(about && about->isVisible());
+    about->close();
 }
 
 void tst_fractiondemo::savedformreopensidentically()

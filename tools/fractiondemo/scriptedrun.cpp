@@ -6,11 +6,13 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QPixmap>
+#include <QThread>
 
 namespace kelfractionint::scriptedrun {
 
@@ -41,20 +43,37 @@ Qt::Key keyfor(QChar ch)
     }
 }
 
-void sendkey(QEvent::Type type, Qt::Key key, const QString &text, Qt::KeyboardModifiers modifiers = {})
+// The key goes to the widget with the focus; that of the field's window while the window
+// manager has not yet activated it.
+void sendkey(QWidget *window, QEvent::Type type, Qt::Key key, const QString &text, Qt::KeyboardModifiers modifiers = {})
 {
     QWidget *target = QApplication::focusWidget();
+    if (!target)
+        target = window->focusWidget();
     if (!target)
         return;
     QKeyEvent event(type, key, modifiers, text);
     QApplication::sendEvent(target, &event);
 }
 
-void presskey(Qt::Key key, const QString &text = {}, Qt::KeyboardModifiers modifiers = {})
+void presskey(QWidget *window, Qt::Key key, const QString &text = {})
 {
-    sendkey(QEvent::KeyPress, key, text, modifiers);
-    sendkey(QEvent::KeyRelease, key, text, modifiers);
+    sendkey(window, QEvent::KeyPress, key, text);
+    sendkey(window, QEvent::KeyRelease, key, text);
     settle();
+}
+
+// Waits up to two seconds for the window manager to activate \a window.
+void activate(QWidget *window)
+{
+    window->raise();
+    window->activateWindow();
+    QElapsedTimer timer;
+    timer.start();
+    while (!window->isActiveWindow() && timer.elapsed() < 2000) {
+        QApplication::processEvents(QEventLoop::AllEvents, 50);
+        QThread::msleep(10);
+    }
 }
 
 } // namespace
@@ -67,10 +86,10 @@ void typeinto(QLineEdit *field, const QString &text)
     // selection does not survive; the text is selected as a drag over it with the mouse would.
     field->selectAll();
     if (text.isEmpty())
-        presskey(Qt::Key_Delete);
+        presskey(field->window(), Qt::Key_Delete);
     // Each key goes to whichever widget holds the focus then, as a keyboard's would.
     for (const QChar ch : text)
-        presskey(keyfor(ch), QString(ch));
+        presskey(field->window(), keyfor(ch), QString(ch));
 }
 
 void click(QAbstractButton *button)
@@ -92,6 +111,7 @@ bool run(demowindow &window, const QString &png)
     const auto button = [&window](const char *name) {
         return window.findChild<QAbstractButton *>(QLatin1String(name));
     };
+    activate(&window);
     settle();
 
     // First operand 2 6/8, reduced in place.
