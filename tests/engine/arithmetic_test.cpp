@@ -1,5 +1,8 @@
 #include "enginetest.h"
 
+#include <numeric>
+#include <random>
+
 namespace enginetest {
 namespace {
 
@@ -113,6 +116,65 @@ TEST(arithmetic, thousandfractionsaddexactly)
     EXPECT_EQ(show(sum), show(FractionText{numerator < 0 ? "-" : "", std::to_string(std::llabs(numerator)),
                                            std::to_string(common)}));
     EXPECT_EQ(capture.shown, none);
+}
+
+} // namespace
+} // namespace enginetest
+
+namespace enginetest {
+namespace {
+
+// Random short lists against the same sums and products done in 64 bits: equal whenever the
+// 64-bit result fits in 32 bits, and an overflow message with no result otherwise.
+TEST(arithmetic, randomlistsmatcha64bitreference)
+{
+    pinnedlocale locale(",");
+    std::mt19937 random(5);
+    std::uniform_int_distribution<int> length(1, 4);
+    std::uniform_int_distribution<std::int32_t> part(0, 40);
+    std::uniform_int_distribution<std::int32_t> denominator(1, 60);
+    for (int round = 0; round < 5000; ++round) {
+        FractionList list(static_cast<std::size_t>(length(random)));
+        std::int64_t lcm = 1;
+        std::int64_t sumnumerator = 0;
+        std::int64_t productnumerator = 1;
+        std::int64_t productdenominator = 1;
+        bool productoverflows = false; // checked at every step, as the engine multiplies
+        const auto limit = std::numeric_limits<std::int32_t>::max();
+        for (FractionText &row : list) {
+            const std::int64_t w = part(random);
+            const std::int64_t n = part(random);
+            const std::int64_t d = denominator(random);
+            const bool negative = random() % 2 == 1;
+            row = FractionText{(negative ? "-" : "") + parttext(std::int32_t(w)), parttext(std::int32_t(n)),
+                               parttext(std::int32_t(d))};
+            lcm = std::lcm(lcm, d);
+            productnumerator *= (negative ? -1 : 1) * (w * d + n);
+            productdenominator *= d;
+            productoverflows = productoverflows || std::llabs(productnumerator) > limit || productdenominator > limit;
+        }
+        for (const FractionText &row : list) {
+            const std::int64_t w = partvalue(row[0]);
+            const std::int64_t n = partvalue(row[1]);
+            const std::int64_t d = partvalue(row[2]);
+            sumnumerator += (isemptypart(row[0]) || row[0][0] != '-' ? 1 : -1) * (w * lcm + n * (lcm / d));
+        }
+        messagecapture capture;
+        const FractionResult sum = straddfractions(list);
+        ASSERT_LE(std::llabs(sumnumerator), std::numeric_limits<std::int32_t>::max());
+        ASSERT_EQ(show(sum), show(FractionText{sumnumerator < 0 ? "-" : "", parttext(std::int32_t(std::llabs(sumnumerator))),
+                                               parttext(std::int32_t(lcm))}));
+
+        const FractionResult product = strmultiplyfractions(list);
+        if (!productoverflows) {
+            ASSERT_EQ(show(product),
+                      show(FractionText{productnumerator < 0 ? "-" : "", parttext(std::int32_t(std::llabs(productnumerator))),
+                                        parttext(std::int32_t(productdenominator))}));
+            ASSERT_EQ(capture.shown, none);
+        } else {
+            ASSERT_EQ(capture.shown, messages{overflow});
+        }
+    }
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 #include "enginetest.h"
 
 #include <functional>
+#include <numeric>
+#include <random>
 
 namespace enginetest {
 namespace {
@@ -135,6 +137,33 @@ INSTANTIATE_TEST_SUITE_P(
         recordcase{"percent stays", fromdecimal, {"12%", "", ""}, rec("12%", "", "")},
         recordcase{"fraction parts stay", fromdecimal, {"1.5", "1", ""}, rec("1.5", "1", "")}),
     casename());
+
+} // namespace
+} // namespace enginetest
+
+namespace enginetest {
+namespace {
+
+// Random 32-bit values through the conversions whose results are known exactly.
+TEST(normalforms, randomvaluesreduceandconvertexactly)
+{
+    pinnedlocale locale(".");
+    messagecapture capture;
+    std::mt19937 random(3);
+    std::uniform_int_distribution<std::int32_t> value(1, std::numeric_limits<std::int32_t>::max());
+    for (int round = 0; round < 20000; ++round) {
+        const std::int32_t n = value(random);
+        const std::int32_t d = value(random);
+        const std::int32_t g = std::gcd(n, d);
+        ASSERT_EQ(show(strreduce({"-", std::to_string(n), std::to_string(d)})),
+                  show(FractionText{"-", parttext(n / g), parttext(d / g)}));
+        ASSERT_EQ(show(strfractomixed({"", std::to_string(n), std::to_string(d)})),
+                  show(FractionText{parttext(n / d), parttext(n % d), parttext(d)}));
+        const FractionText mixed{parttext(n / d), parttext(n % d), parttext(d)};
+        ASSERT_EQ(show(strmixedtofrac(mixed)), show(FractionText{"", parttext(n), parttext(d)}));
+    }
+    EXPECT_EQ(capture.shown, none);
+}
 
 } // namespace
 } // namespace enginetest
