@@ -22,8 +22,7 @@ void check(bool condition)
         __builtin_trap();
 }
 
-// A record result is either no result or three texts; whole-number digits never carry a
-// stray sign in the numerator or denominator that the engine wrote itself.
+// A record result is either no result or three texts no longer than the input could explain.
 void checkrecord(const FractionResult &result)
 {
     if (!result)
