@@ -194,16 +194,19 @@ namespace detail {
 int readdouble(std::string_view text, double &value)
 {
     char small[64];
-    // Digits with one decimal separator and an optional minus, the usual decimal text: only
-    // the separator needs translating for std::from_chars.
+    double parsed = 0;
     const std::string &decimal = activelocale().decimal;
     // With "." as the separator, the texts std::from_chars reads whole (digits, a point, an
     // exponent, a minus) read the same by the host's rules; anything else takes the long way.
     if (decimal == "." && !text.empty() && text.front() != '+') {
-        const auto [ptr, ec] = std::from_chars(text.data(), text.data() + text.size(), value);
-        if (ec == std::errc() && ptr == text.data() + text.size() && std::isfinite(value))
+        const auto [ptr, ec] = std::from_chars(text.data(), text.data() + text.size(), parsed);
+        if (ec == std::errc() && ptr == text.data() + text.size() && std::isfinite(parsed)) {
+            value = parsed;
             return 0;
+        }
     }
+    // Digits with one other decimal separator and an optional minus: only the separator needs
+    // translating for std::from_chars.
     if (decimal.size() == 1 && !text.empty() && text.size() < sizeof small) {
         std::size_t length = 0;
         std::size_t digits = 0;
@@ -224,9 +227,11 @@ int readdouble(std::string_view text, double &value)
             }
         }
         if (plain && digits > 0) {
-            const auto [ptr, ec] = std::from_chars(small, small + length, value);
-            if (ec == std::errc() && ptr == small + length)
+            const auto [ptr, ec] = std::from_chars(small, small + length, parsed);
+            if (ec == std::errc() && ptr == small + length) {
+                value = parsed;
                 return 0;
+            }
         }
     }
 
@@ -244,7 +249,6 @@ int readdouble(std::string_view text, double &value)
         value = scanned.negative ? -0.0 : 0.0;
         return 0;
     }
-    double parsed = 0;
     const auto [ptr, ec] = std::from_chars(buffer, buffer + normal.size(), parsed);
     if (ec == std::errc::result_out_of_range) {
         // Too small underflows to zero; too large does not fit a double.
@@ -269,10 +273,13 @@ int readlong(std::string_view text, std::int32_t &value)
         const char *begin = text.data() + (text.front() == '+' ? 1 : 0);
         const char *end = text.data() + text.size();
         if (begin != end && (*begin != '-' || begin == text.data())) {
-            const auto [ptr, ec] = std::from_chars(begin, end, value);
+            std::int32_t parsed = 0;
+            const auto [ptr, ec] = std::from_chars(begin, end, parsed);
             if (ptr == end) {
-                if (ec == std::errc())
+                if (ec == std::errc()) {
+                    value = parsed;
                     return 0;
+                }
                 if (ec == std::errc::result_out_of_range)
                     return errnum::overflow;
             }

@@ -28,10 +28,13 @@ MODFRACGLOBAL_EXPORT numberlocale currentnumberlocale();
  *  equal to the decimal one is dropped. */
 MODFRACGLOBAL_EXPORT void setnumberlocale(const numberlocale &locale);
 
-/*! Text to a 32-bit integer: blanks around, a leading sign, grouping separators ignored, a decimal
- *  text rounded half to even. Raises 13 for anything else, 6 beyond the 32-bit range. */
+/*! Text to a 32-bit integer. A number is: blanks (spaces, tabs) around, one leading "+" or "-",
+ *  digits with grouping separators among them (ignored; at least one digit first), at most one
+ *  decimal separator followed by digits, and an exponent ("E" or "e", a sign, digits). A decimal
+ *  text is rounded half to even. Raises 13 for anything else, 6 beyond the 32-bit range. */
 MODFRACGLOBAL_EXPORT std::int32_t texttolong(std::string_view text);
-/*! Text to a double by the same rules. Raises 13 or 6. */
+/*! Text to a double by the same rules. Raises 13, or 6 beyond the range of a double (a value
+ *  too small for a double reads as 0). */
 MODFRACGLOBAL_EXPORT double texttodouble(std::string_view text);
 /*! A double to a 32-bit integer, rounded half to even. Raises 6 beyond the 32-bit range (and
  *  for a value that is no number). */
