@@ -162,12 +162,13 @@ bool fractioni::validwholetext(const QString &text) const
     return last == QLatin1Char('%') && isnumeric(text.chopped(1));
 }
 
-bool fractioni::validnumertext(const QString &text) const
+bool fractioni::validfractionpart(const QVariant &set, const QString &text) const
 {
     switch (m_fractype) {
     case fracAlgebraic:
-        return allcharsallowed(m_numerallowedchars, text);
+        return allcharsallowed(set, text);
     case fracnumeric:
+        // Signs belong to the whole part only.
         return text.isEmpty()
             || (!text.contains(QLatin1Char('+')) && !text.contains(QLatin1Char('-')) && isnumeric(text));
     default:
@@ -175,17 +176,14 @@ bool fractioni::validnumertext(const QString &text) const
     }
 }
 
+bool fractioni::validnumertext(const QString &text) const
+{
+    return validfractionpart(m_numerallowedchars, text);
+}
+
 bool fractioni::validdenomtext(const QString &text) const
 {
-    switch (m_fractype) {
-    case fracAlgebraic:
-        return allcharsallowed(m_denomallowedchars, text);
-    case fracnumeric:
-        return text.isEmpty()
-            || (!text.contains(QLatin1Char('+')) && !text.contains(QLatin1Char('-')) && isnumeric(text));
-    default:
-        return false;
-    }
+    return validfractionpart(m_denomallowedchars, text);
 }
 
 bool fractioni::validfieldtext(const QLineEdit *field, const QString &text) const
@@ -313,8 +311,9 @@ bool fractioni::eventFilter(QObject *watched, QEvent *event)
         if (event->type() == QEvent::KeyPress) {
             auto *key = static_cast<QKeyEvent *>(event);
             lastselstart = qint16(field->cursorPosition());
-            if (field == wholepart && !key->text().isEmpty()
-                && !(key->modifiers() & (Qt::ControlModifier | Qt::MetaModifier))) {
+            // Tab moves the focus before a field sees it as a character, as on any form.
+            if (field == wholepart && !key->text().isEmpty() && key->key() != Qt::Key_Tab
+                && key->key() != Qt::Key_Backtab && !(key->modifiers() & (Qt::ControlModifier | Qt::MetaModifier))) {
                 // Only typed characters are filtered; shortcuts such as copy keep working.
                 for (const QChar c : key->text()) {
                     if (!charinset(m_wholeallowedchars, QString(c)))

@@ -79,6 +79,7 @@ private Q_SLOTS:
     void keyboardreachesoperations_data();
     void keyboardreachesoperations();
     void everyinputhasanaccessiblename();
+    void tabordergoesthroughtheform();
     void pageseditselectedcontrol();
     void savedformreopensidentically();
     void pictures();
@@ -314,6 +315,37 @@ void tst_fractiondemo::everyinputhasanaccessiblename()
         }
     }
     QCOMPARE(inputs, 26);
+}
+
+void tst_fractiondemo::tabordergoesthroughtheform()
+{
+    // Tab from the first operand's whole part visits the fractions part by part, then the toggle
+    // and the operations in reading order, then the log, and comes round again.
+    QLineEdit *start = field(window->first(), "wholepart");
+    start->setFocus(Qt::TabFocusReason);
+    QStringList visited;
+    do {
+        const QWidget *now = QApplication::focusWidget();
+        const QWidget *control = now->parentWidget();
+        visited.append(qobject_cast<const fractioni *>(control)
+                           ? control->objectName() + QLatin1Char('.') + now->objectName()
+                           : now->objectName());
+        QTest::keyClick(static_cast<QWidget *>(nullptr), Qt::Key_Tab);
+    } while (QApplication::focusWidget() != start && visited.size() < 40);
+
+    const QStringList parts = {"wholepart", "numerator", "denominator"};
+    QStringList expected;
+    for (const char *control : {"first", "second", "result"}) {
+        for (const QString &part : parts)
+            expected.append(QLatin1String(control) + QLatin1Char('.') + part);
+    }
+    expected << "autoreplacebox" << "reducebutton" << "fractomixedbutton" << "mixedtofracbutton" << "invertbutton"
+             << "expandbutton" << "factorbox" << "changesignbutton" << "clearbutton" << "fractodecimalbutton"
+             << "fractopercentbutton" << "decimalsbox" << "decimaltofracbutton" << "percenttofracbutton"
+             << "addbutton" << "subtractbutton" << "multiplybutton" << "dividebutton" << "addintobutton"
+             << "subtractintobutton" << "multiplyintobutton" << "divideintobutton" << "eventlog"
+             << "clearlogbutton";
+    QCOMPARE(visited, expected);
 }
 
 void tst_fractiondemo::pageseditselectedcontrol()
