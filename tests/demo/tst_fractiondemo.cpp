@@ -1,11 +1,12 @@
 // The demo application's window driven as a user drives it: typing into the fields, clicking the
 // operations, the property pages, saving and reopening the form, pictures and the scripted tour.
+#include "../control/testsupport.h"
+
 #include "demowindow.h"
 #include "scriptedrun.h"
 
 #include "fractioni.h"
 #include "frmabout.h"
-#include "hostnumbers.h"
 #include "propertypagedialog.h"
 
 #include <QAction>
@@ -14,7 +15,6 @@
 #include <QDialogButtonBox>
 #include <QGroupBox>
 #include <QLineEdit>
-#include <QLocale>
 #include <QMetaProperty>
 #include <QPushButton>
 #include <QSettings>
@@ -32,7 +32,7 @@ namespace {
 
 QStringList value(const fractioni *control)
 {
-    return {control->Wholepartvalue(), control->Numeratorvalue(), control->Denominatorvalue()};
+    return testsupport::value(*control);
 }
 
 QLineEdit *field(fractioni *control, const char *name)
@@ -97,8 +97,7 @@ private:
 
 void tst_fractiondemo::initTestCase()
 {
-    QLocale::setDefault(QLocale::c());
-    modfracglobal::setnumberlocale({".", ","});
+    testsupport::pinlocale();
 }
 
 void tst_fractiondemo::init()
@@ -126,14 +125,7 @@ void tst_fractiondemo::typingraisesandlogsevents()
         {"+", "4", "1", "7", "+", "4", "3", "7"},
         {"+", "4", "3", "7", "+", "4", "36", "7"},
     };
-    QList<QStringList> seen;
-    for (const QList<QVariant> &emission : spy) {
-        QStringList row;
-        for (const QVariant &argument : emission)
-            row.append(argument.toString());
-        seen.append(row);
-    }
-    QCOMPARE(seen, expected);
+    QCOMPARE(testsupport::events(spy), expected);
     QCOMPARE(matching(window->loglines(), QStringLiteral("fractionvaluechanged")),
              QStringList({R"(first: fractionvaluechanged "+" "4" "1" "7" -> "+" "4" "3" "7")",
                           R"(first: fractionvaluechanged "+" "4" "3" "7" -> "+" "4" "36" "7")"}));
