@@ -274,9 +274,7 @@ void tst_fractiondemo::keyboardreachesoperations_data()
     const QStringList firstvalue = {"", "6", "8"};
     const QStringList untouched = {"4", "1", "7"};
     QTest::newRow("Alt+R reduces") << int(Qt::Key_R) << alt << QStringList{"", "3", "4"} << firstvalue;
-    QTest::newRow("Alt+N inverts") << int(Qt::Key_N) << alt << QStringList{"", "8", "6"} << firstvalue;
     QTest::newRow("Alt+A adds") << int(Qt::Key_A) << alt << QStringList{"", "14", "8"} << firstvalue;
-    QTest::newRow("Alt+V divides") << int(Qt::Key_V) << alt << QStringList{"", "6", "8"} << firstvalue;
     QTest::newRow("Ctrl+Shift+A adds into first") << int(Qt::Key_A) << ctrlshift << untouched
                                                   << QStringList{"", "14", "8"};
 }
