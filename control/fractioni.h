@@ -241,6 +241,8 @@ private:
     bool validwholetext(const QString &text) const;
     bool validnumertext(const QString &text) const;
     bool validdenomtext(const QString &text) const;
+    bool validfractionpart(const QVariant &set, const QString &text) const;
+    void reapply(void (fractioni::*setter)(const QString &), QString stored);
     static bool allcharsallowed(const QVariant &set, const QString &text);
     static bool charinset(const QVariant &set, const QString &ch);
     static bool singlecharsonly(const QVariant &candidate);

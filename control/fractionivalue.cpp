@@ -24,21 +24,6 @@ QString trimblanks(const QString &text)
     return text.mid(first, last - first);
 }
 
-// Runs a nested assignment of the stored value that skips validation, so that a refused text
-// re-applies what was there even when the current rules would refuse it too.
-class reapplyscope
-{
-public:
-    explicit reapplyscope(bool &flag) : m_flag(flag), m_old(flag) { m_flag = true; }
-    ~reapplyscope() { m_flag = m_old; }
-    reapplyscope(const reapplyscope &) = delete;
-    reapplyscope &operator=(const reapplyscope &) = delete;
-
-private:
-    bool &m_flag;
-    bool m_old;
-};
-
 void setfieldtext(QLineEdit *field, const QString &text)
 {
     // Re-setting equal text would reset the caret and the undo history of the user's edit.
@@ -47,6 +32,22 @@ void setfieldtext(QLineEdit *field, const QString &text)
 }
 
 } // namespace
+
+void fractioni::reapply(void (fractioni::*setter)(const QString &), QString stored)
+{
+    // A refused text re-applies what was there through a full nested assignment that skips the
+    // acceptance test, so that it completes even when the current rules would refuse the stored
+    // text too (a FracType outside the enumeration refuses everything).
+    const bool outer = m_reapplying;
+    m_reapplying = true;
+    try {
+        (this->*setter)(stored);
+    } catch (...) {
+        m_reapplying = outer;
+        throw;
+    }
+    m_reapplying = outer;
+}
 
 QStringList fractioni::fractiontoarray(const fractioni *control)
 {
@@ -92,10 +93,7 @@ void fractioni::setWholepartvalue(const QString &value)
     const QString oldwhole = m_wholepart;
     QString text = trimblanks(value);
     if (!m_reapplying && !validfieldtext(wholepart, text)) {
-        {
-            reapplyscope scope(m_reapplying);
-            setWholepartvalue(m_wholepart);
-        }
+        reapply(&fractioni::setWholepartvalue, m_wholepart);
         closingsteps(QStringLiteral("Wholepartvalue"));
         Q_EMIT fractionvaluechanged(oldsign, oldwhole, m_numerator, m_denominator, getsign(), m_wholepart,
                                     m_numerator, m_denominator);
@@ -141,10 +139,7 @@ void fractioni::setNumeratorvalue(const QString &value)
     const QString oldnumer = m_numerator;
     const QString text = trimblanks(value);
     if (!m_reapplying && !validfieldtext(numerator, text)) {
-        {
-            reapplyscope scope(m_reapplying);
-            setNumeratorvalue(m_numerator);
-        }
+        reapply(&fractioni::setNumeratorvalue, m_numerator);
         closingsteps(QStringLiteral("Numeratorvalue"));
         Q_EMIT fractionvaluechanged(sign, m_wholepart, oldnumer, m_denominator, sign, m_wholepart, m_numerator,
                                     m_denominator);
@@ -177,10 +172,7 @@ void fractioni::setDenominatorvalue(const QString &value)
     if (m_numerator.isEmpty())
         text.clear();
     if (!m_reapplying && !validfieldtext(denominator, text)) {
-        {
-            reapplyscope scope(m_reapplying);
-            setDenominatorvalue(m_denominator);
-        }
+        reapply(&fractioni::setDenominatorvalue, m_denominator);
         closingsteps(QStringLiteral("Denominatorvalue"));
         Q_EMIT fractionvaluechanged(sign, m_wholepart, m_numerator, olddenom, sign, m_wholepart, m_numerator,
                                     m_denominator);
