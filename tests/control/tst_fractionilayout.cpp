@@ -28,7 +28,6 @@ private Q_SLOTS:
     void geometry_data();
     void geometry();
     void emptycontrol();
-    void fracsize();
     void zoom();
     void separator_data();
     void separator();
@@ -153,17 +152,6 @@ void tst_fractionilayout::emptycontrol()
     QCOMPARE(s.control->width(), kelfractionint::twipstopixels(600, kelfractionint::twipsperpixelx(s.control)));
     QVERIFY(!s.field("wholepart")->isHidden());
     QTRY_VERIFY(s.field("wholepart")->hasFocus());
-}
-
-void tst_fractionilayout::fracsize()
-{
-    fractioni control;
-    const QSize before = control.size();
-    control.fracsize(0, 500);
-    control.fracsize(-1, 500);
-    control.fracsize(500, -1);
-    QCOMPARE(control.size(), before);
-    QVERIFY(!control.property("Font").value<QFont>().family().isEmpty());
 }
 
 void tst_fractionilayout::zoom()

@@ -78,7 +78,6 @@ private Q_SLOTS:
     void settingsroundtrip();
     void brokenbag_data();
     void brokenbag();
-    void wholenumberrestored();
 
 private:
     kelfractionint::messagecapture m_messages;
@@ -249,18 +248,6 @@ void tst_fractionilifecycle::brokenbag()
     QCOMPARE(control.Denominatorvalue(), QStringLiteral("9"));
     QVERIFY(control.width() > 0 && control.width() < 20000);
     QVERIFY(m_messages.take().isEmpty());
-}
-
-void tst_fractionilifecycle::wholenumberrestored()
-{
-    memorypropertybag bag;
-    bag.writeproperty(QStringLiteral("Wholepartvalue"), QStringLiteral("12"), QStringLiteral("4"));
-    bag.writeproperty(QStringLiteral("Numeratorvalue"), QString(), QStringLiteral("1"));
-    fractioni control;
-    control.ReadProperties(bag);
-    QCOMPARE(testsupport::value(control), (QStringList{"12", "", ""}));
-    // The fraction part's fields are shown again by Fracpartvisible, but empty and without width.
-    QCOMPARE(control.findChild<QLineEdit *>(QStringLiteral("numerator"))->width(), 0);
 }
 
 QTEST_MAIN(tst_fractionilifecycle)

