@@ -76,7 +76,15 @@ demowindow::demowindow(QWidget *parent)
     syncautoreplace();
 }
 
-demowindow::~demowindow() = default;
+demowindow::~demowindow()
+{
+    // The children outlive the form's pointers: nothing may reach them through it from here on.
+    disconnect(qApp, nullptr, this, nullptr);
+    for (fractioni *control : {first(), second(), result()}) {
+        control->removeEventFilter(this);
+        disconnect(control, nullptr, this, nullptr);
+    }
+}
 
 fractioni *demowindow::first() const
 {
