@@ -127,8 +127,8 @@ void tst_fractionitext::validation_data()
     QTest::newRow("whole part lone percent") << 0 << dot << "whole" << "%" << false;
     QTest::newRow("whole part trailing minus") << 0 << dot << "whole" << "5-" << false;
     QTest::newRow("whole part abc") << 0 << dot << "whole" << "abc" << false;
-    QTest::newRow("whole part 2.5 with point") << 0 << dot << "whole" << "2.5" << true;
-    QTest::newRow("whole part 2,5 with comma") << 0 << comma << "whole" << "2,5" << true;
+    QTest::newRow("whole 2.5 with point") << 0 << dot << "whole" << "2.5" << true;
+    QTest::newRow("whole 2,5 with comma") << 0 << comma << "whole" << "2,5" << true;
     QTest::newRow("numerator -3") << 0 << dot << "numer" << "-3" << false;
     QTest::newRow("numerator 0,75 with comma") << 0 << comma << "numer" << "0,75" << true;
     QTest::newRow("denominator x") << 0 << dot << "denom" << "x" << false;
