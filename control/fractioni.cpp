@@ -301,6 +301,10 @@ void fractioni::WriteProperties(propertybag &bag) const
 
 QSize fractioni::sizeHint() const
 {
+    // The size that the resize procedure last gave the control: a layout places it at the size it
+    // computes for its content, never at one the layout remembered.
+    if (!m_hintedsize.isEmpty())
+        return m_hintedsize;
     return size().isEmpty() ? QSize(40, 40) : size();
 }
 

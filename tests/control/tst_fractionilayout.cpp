@@ -7,6 +7,7 @@
 #include "twips.h"
 
 #include <QGridLayout>
+#include <QHBoxLayout>
 #include <QImage>
 #include <QLabel>
 #include <QLineEdit>
@@ -29,6 +30,8 @@ private Q_SLOTS:
     void geometry();
     void emptycontrol();
     void zoom();
+    void inlayout_data();
+    void inlayout();
     void separator_data();
     void separator();
     void formpicture();
@@ -167,6 +170,73 @@ void tst_fractionilayout::zoom()
     // The height then snaps to twice a line of the new font.
     QCOMPARE(c.height(), 2 * s.field("wholepart")->height());
     QCOMPARE(s.field("wholepart")->font().pointSizeF(), c.Font().pointSizeF());
+}
+
+void tst_fractionilayout::inlayout_data()
+{
+    QTest::addColumn<bool>("grid");
+    QTest::addColumn<bool>("enlargefont");
+
+    QTest::newRow("row, enlarged font") << false << true;
+    QTest::newRow("row, grown value") << false << false;
+    QTest::newRow("grid, enlarged font") << true << true;
+    QTest::newRow("grid, grown value") << true << false;
+}
+
+// A control in a Qt layout gets the size that it computed for itself from the layout, also after
+// it has grown, and the layout's stale size never reaches it as a zoom of its font.
+void tst_fractionilayout::inlayout()
+{
+    QFETCH(bool, grid);
+    QFETCH(bool, enlargefont);
+
+    QWidget window;
+    auto *control = new fractioni(&window);
+    auto *label = new QLabel(QStringLiteral("x ="), &window);
+    if (grid) {
+        auto *layout = new QGridLayout(&window);
+        layout->addWidget(label, 0, 0);
+        layout->addWidget(control, 0, 1);
+        layout->addWidget(new QLabel(QStringLiteral("below"), &window), 1, 1);
+    } else {
+        auto *layout = new QHBoxLayout(&window);
+        layout->addWidget(label);
+        layout->addWidget(control);
+        layout->addStretch();
+    }
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    const QSize before = control->size();
+    QCOMPARE(control->sizeHint(), before);
+
+    // The same change on a shown control of its own, outside any layout, gives the size to expect.
+    fractioni reference;
+    reference.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&reference));
+    QFont font = control->Font();
+    font.setPointSizeF(font.pointSizeF() * 2);
+    const QStringList grown{"-1234", "56", "789"};
+    if (enlargefont) {
+        control->setFont(font);
+        reference.setFont(font);
+    } else {
+        control->loadfraction(grown);
+        reference.loadfraction(grown);
+    }
+    QVERIFY(reference.width() > before.width());
+
+    QTRY_COMPARE(control->size(), reference.size());
+    QCOMPARE(control->sizeHint(), reference.size());
+    QCOMPARE(control->minimumSizeHint(), reference.size());
+    QCOMPARE(control->Font(), reference.Font());
+    QTRY_VERIFY2(window.rect().contains(control->geometry()),
+                 qPrintable(QStringLiteral("%1x%2 %3,%4 %5x%6").arg(window.width()).arg(window.height()).arg(control->x()).arg(control->y()).arg(control->width()).arg(control->height())));
+    QVERIFY(control->x() >= label->geometry().right());
+    // A second round of the layout changes nothing.
+    window.layout()->activate();
+    QCoreApplication::processEvents();
+    QCOMPARE(control->size(), reference.size());
+    QCOMPARE(control->Font(), reference.Font());
 }
 
 void tst_fractionilayout::separator_data()

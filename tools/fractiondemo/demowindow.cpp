@@ -50,10 +50,8 @@ demowindow::demowindow(QWidget *parent)
     ui->setupUi(this);
     setWindowIcon(QApplication::windowIcon());
 
-    for (fractioni *control : {first(), second(), result()}) {
+    for (fractioni *control : {first(), second(), result()})
         connectcontrol(control);
-        control->installEventFilter(this);
-    }
     connectoperations();
 
     connect(ui->autoreplacebox, &QCheckBox::clicked, this, [this] {
@@ -80,10 +78,8 @@ demowindow::~demowindow()
 {
     // The children outlive the form's pointers: nothing may reach them through it from here on.
     disconnect(qApp, nullptr, this, nullptr);
-    for (fractioni *control : {first(), second(), result()}) {
-        control->removeEventFilter(this);
+    for (fractioni *control : {first(), second(), result()})
         disconnect(control, nullptr, this, nullptr);
-    }
 }
 
 fractioni *demowindow::first() const
@@ -121,15 +117,6 @@ void demowindow::select(fractioni *control)
             ui->singlegroup->setTitle(tr("Selected fraction: %1").arg(label->text()));
     }
     statusBar()->showMessage(tr("Selected: %1").arg(control->accessibleName()));
-}
-
-bool demowindow::eventFilter(QObject *watched, QEvent *event)
-{
-    // A control sizes itself to its content (and to its grip); the layout is told, so that it
-    // keeps the control centred instead of applying a size it remembered.
-    if (event->type() == QEvent::Resize && (watched == first() || watched == second() || watched == result()))
-        static_cast<QWidget *>(watched)->updateGeometry();
-    return QMainWindow::eventFilter(watched, event);
 }
 
 void demowindow::focuschanged(QWidget *now)

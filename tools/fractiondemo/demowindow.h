@@ -62,9 +62,6 @@ public:
     QStringList loglines() const;
     void log(const QString &line);
 
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override;
-
 private:
     void connectcontrol(fractioni *control);
     void connectoperations();
