@@ -103,6 +103,8 @@ std::int32_t pairgcd(std::int32_t a, std::int32_t b);
 /*! The host number rules without exceptions: each returns 0 or the error number. */
 int readlong(std::string_view text, std::int32_t &value);
 int readdouble(std::string_view text, double &value);
+/*! The decimal separator in force. */
+const std::string &decimalseparator();
 /*! 10 to the power \a exponent, exact up to 10^22. */
 double powerof10(std::int32_t exponent);
 
@@ -140,6 +142,32 @@ inline int roundlong(double real, std::int32_t &value)
         return errnum::overflow;
     value = static_cast<std::int32_t>(rounded);
     return 0;
+}
+/*! partvalue() of a part written the usual way, an optional sign and one to ten digits within
+ *  the 32-bit range: its magnitude, or -1 when the text needs the full reading (and perhaps a
+ *  message). */
+inline std::int32_t plainpartvalue(std::string_view part)
+{
+    std::size_t i = !part.empty() && (part[0] == '-' || part[0] == '+') ? 1 : 0;
+    const std::size_t digits = part.size() - i;
+    if (digits == 0 || digits > 10)
+        return -1;
+    std::uint64_t value = 0;
+    for (; i < part.size(); ++i) {
+        const unsigned digit = static_cast<unsigned char>(part[i]) - unsigned('0');
+        if (digit > 9)
+            return -1;
+        value = value * 10 + digit;
+    }
+    return value <= 2147483647u ? static_cast<std::int32_t>(value) : -1;
+}
+/*! partvalue(), reading the usual part inline. */
+inline std::int32_t partmagnitude(std::string_view part)
+{
+    if (part.empty())
+        return 0;
+    const std::int32_t value = plainpartvalue(part);
+    return value >= 0 ? value : partvalue(part);
 }
 /*! True when the record's whole part begins with "-". */
 bool isnegative(const FractionText &fraction);

@@ -24,9 +24,9 @@ FractionResult straddfractions(const FractionList &fractions)
         LongList denominators(count);
         for (std::size_t i = 0; i < count; ++i) {
             const FractionText &row = fractions[i];
-            wholes[i] = partvalue(row[0]);
-            numerators[i] = partvalue(row[1]);
-            const std::int32_t d = partvalue(row[2]);
+            wholes[i] = partmagnitude(row[0]);
+            numerators[i] = partmagnitude(row[1]);
+            const std::int32_t d = partmagnitude(row[2]);
             if (isnegative(row)) {
                 wholes[i] = -wholes[i];
                 numerators[i] = -numerators[i];
@@ -78,8 +78,8 @@ FractionResult strmultiplyfractions(FractionList &fractions)
             std::int32_t d = parts[i].denominator;
             if (!parts[i].known) {
                 const FractionText &row = fractions[i];
-                n = partvalue(row[1]);
-                d = partvalue(row[2]);
+                n = partmagnitude(row[1]);
+                d = partmagnitude(row[2]);
                 if (isnegative(row))
                     n = -n;
             }

@@ -302,6 +302,11 @@ int readlong(std::string_view text, std::int32_t &value)
     return roundlong(real, value);
 }
 
+const std::string &decimalseparator()
+{
+    return activelocale().decimal;
+}
+
 double powerof10(std::int32_t exponent)
 {
     static constexpr double exact[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,

@@ -128,6 +128,8 @@ std::int32_t partvalue(std::string_view part)
 {
     if (part.empty() || part == "+" || part == "-")
         return 0;
+    if (const std::int32_t plain = plainpartvalue(part); plain >= 0)
+        return plain;
     std::int32_t value = 0;
     if (const int error = readlong(part, value)) {
         report(error);
@@ -263,13 +265,19 @@ std::int32_t listlcm(LongList &list)
         // Counting through the multiples of one entry stops at the first multiple of all of them,
         // the least common multiple, and overflows exactly when that is beyond 32 bits; gcd
         // steps give the same answer in time that grows with the digits, not the value.
-        std::int64_t lcm = 1;
+        // Denominators of one sum tend to divide a common one: a multiple already reached costs
+        // one division instead of a gcd.
+        std::uint32_t lcm = 1;
         for (const std::int32_t entry : list) {
-            lcm = lcm / std::gcd(lcm, std::int64_t(entry)) * entry;
-            if (lcm > std::numeric_limits<std::int32_t>::max()) {
+            const auto value = static_cast<std::uint32_t>(entry);
+            if (lcm % value == 0)
+                continue;
+            const std::uint64_t next = std::uint64_t(lcm / std::gcd(lcm, value)) * value;
+            if (next > std::uint64_t(std::numeric_limits<std::int32_t>::max())) {
                 report(errnum::overflow);
                 return;
             }
+            lcm = static_cast<std::uint32_t>(next);
         }
         result = static_cast<std::int32_t>(lcm);
     });

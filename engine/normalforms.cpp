@@ -27,8 +27,8 @@ FractionResult strreduce(const FractionText &fraction)
             result = fraction;
             return;
         }
-        std::int32_t n = partvalue(fraction[1]);
-        std::int32_t d = partvalue(fraction[2]);
+        std::int32_t n = partmagnitude(fraction[1]);
+        std::int32_t d = partmagnitude(fraction[2]);
         const std::int32_t g = checkedabs(pairgcd(n, d));
         if (g == 0) {
             report(errnum::divisionbyzero);
@@ -39,7 +39,7 @@ FractionResult strreduce(const FractionText &fraction)
         FractionText &reduced = result.emplace();
         writepart(reduced[1], n);
         writepart(reduced[2], d);
-        writewhole(reduced[0], fraction, partvalue(fraction[0]));
+        writewhole(reduced[0], fraction, partmagnitude(fraction[0]));
     });
     return result;
 }
@@ -52,9 +52,9 @@ FractionResult strfractomixed(const FractionText &fraction)
             result = fraction;
             return;
         }
-        std::int32_t w = partvalue(fraction[0]);
-        std::int32_t n = partvalue(fraction[1]);
-        const std::int32_t d = partvalue(fraction[2]);
+        std::int32_t w = partmagnitude(fraction[0]);
+        std::int32_t n = partmagnitude(fraction[1]);
+        const std::int32_t d = partmagnitude(fraction[2]);
         if (d == 0) {
             report(errnum::divisionbyzero);
             return;
@@ -80,9 +80,9 @@ FractionResult strexpand(const FractionText &fraction, std::int32_t factor)
             result = fraction;
             return;
         }
-        const std::int32_t w = partvalue(fraction[0]);
-        const std::int32_t n = checkedmul(partvalue(fraction[1]), factor);
-        const std::int32_t d = checkedmul(partvalue(fraction[2]), factor);
+        const std::int32_t w = partmagnitude(fraction[0]);
+        const std::int32_t n = checkedmul(partmagnitude(fraction[1]), factor);
+        const std::int32_t d = checkedmul(partmagnitude(fraction[2]), factor);
         FractionText &expanded = result.emplace();
         writepart(expanded[1], n);
         writepart(expanded[2], d);
@@ -111,8 +111,8 @@ bool improperinto(const FractionText &fraction, FractionText &target, improperpa
             done = true;
             return;
         }
-        std::int32_t w = partvalue(fraction[0]);
-        std::int32_t n = partvalue(fraction[1]);
+        std::int32_t w = partmagnitude(fraction[0]);
+        std::int32_t n = partmagnitude(fraction[1]);
         std::int32_t d = 1;
         if (fraction[2].empty()) {
             // A whole number becomes itself over 1; a numerator without denominator is dropped,
@@ -120,7 +120,7 @@ bool improperinto(const FractionText &fraction, FractionText &target, improperpa
             n = w;
             w = 0;
         } else {
-            d = partvalue(fraction[2]);
+            d = partmagnitude(fraction[2]);
         }
         n = checkedadd(checkedmul(w, d), n);
         // Everything is read before anything is written: the target may be the fraction itself.
