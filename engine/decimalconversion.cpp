@@ -5,6 +5,7 @@
 #include "engineinternal.h"
 
 #include <algorithm>
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
@@ -85,11 +86,15 @@ enum class plainreading { exact, digits, other };
 
 /*
  * Reads a plain decimal text: an optional minus, digits and perhaps the locale's decimal separator
- * ("." or ",") with digits after it. With at most 15 digits in all, a whole part within 32 bits
- * and at most nine decimals the number lies within a tenth of its last decimal place of the double
- * read from it, so the double's whole part and rounded decimals are the digits themselves: gives
- * exact and the parts. A longer plain text gives digits and its count of decimals; any other text
- * gives other and takes the long way.
+ * ("." or ",") with digits after it. For a whole part within 32 bits and at most nine decimals it
+ * gives exact and the parts that the double read from the text yields:
+ * - up to 15 significant digits the number lies within a tenth of its last decimal place of that
+ *   double, so the double's whole part and rounded decimals are the digits themselves;
+ * - beyond, the double is the whole part plus the decimals rounded half to even to the double's
+ *   spacing at that size, computed here in integers; its decimals are then scaled and rounded as
+ *   the double's way does.
+ * Any other plain text gives digits and its count of decimals; any other text gives other, and
+ * both take the double's way.
  */
 plainreading readplaindecimal(std::string_view text, std::int32_t &whole, std::int32_t &numerator,
                               std::int32_t &denominator, std::int32_t &decimals)
@@ -98,22 +103,21 @@ plainreading readplaindecimal(std::string_view text, std::int32_t &whole, std::i
     if (separator.size() != 1 || (separator[0] != '.' && separator[0] != ','))
         return plainreading::other;
     std::size_t i = !text.empty() && text[0] == '-' ? 1 : 0;
-    std::uint64_t integral = 0;
-    std::uint64_t fraction = 0;
+    std::uint64_t integral = 0; // stops growing beyond 32 bits
+    std::uint64_t fraction = 0; // the first nine decimals
     std::size_t digits = 0;
     std::size_t places = 0;
     bool point = false;
     for (; i < text.size(); ++i) {
         const unsigned digit = static_cast<unsigned char>(text[i]) - unsigned('0');
         if (digit <= 9) {
-            // Beyond 15 digits only the count of decimals is of use.
-            if (++digits <= 15) {
-                if (point)
+            ++digits;
+            if (point) {
+                if (++places <= 9)
                     fraction = fraction * 10 + digit;
-                else
-                    integral = integral * 10 + digit;
+            } else if (integral <= 0xFFFFFFFFu) {
+                integral = integral * 10 + digit;
             }
-            places += point ? 1 : 0;
         } else if (text[i] == separator[0] && !point && digits > 0) {
             point = true;
         } else {
@@ -123,14 +127,30 @@ plainreading readplaindecimal(std::string_view text, std::int32_t &whole, std::i
     if (digits == 0 || (point && places == 0))
         return plainreading::other;
     decimals = static_cast<std::int32_t>(std::min<std::size_t>(places, 2147483647u));
-    if (digits > 15 || places > 9 || integral > 2147483647u)
+    if (places > 9 || integral > 2147483647u)
         return plainreading::digits;
-    static constexpr std::int32_t powers[] = {1, 10, 100, 1000, 10000, 100000, 1000000, 10000000,
-                                              100000000, 1000000000};
+    static constexpr std::uint32_t powers[] = {1, 10, 100, 1000, 10000, 100000, 1000000, 10000000,
+                                               100000000, 1000000000};
+    const std::uint64_t scale = powers[places];
     whole = static_cast<std::int32_t>(integral);
     numerator = static_cast<std::int32_t>(fraction);
-    denominator = powers[places];
-    return plainreading::exact;
+    denominator = static_cast<std::int32_t>(scale);
+    if (integral * scale + fraction < 1000000000000000ull)
+        return plainreading::exact;
+
+    // Here the whole part is at least 1: the double's spacing is 2^(exponent - 52).
+    __extension__ using wide = unsigned __int128;
+    const int shift = 52 - (std::bit_width(static_cast<std::uint32_t>(integral)) - 1);
+    const wide scaled = wide(fraction) << shift;
+    auto steps = static_cast<std::uint64_t>(scaled / scale);
+    const auto rest = static_cast<std::uint64_t>(scaled % scale);
+    if (rest * 2 > scale || (rest * 2 == scale && (steps & 1) != 0))
+        ++steps;
+    // Rounded up to the next whole number: left to the double's way.
+    if ((steps >> shift) != 0)
+        return plainreading::digits;
+    const double part = double(steps) / double(std::uint64_t(1) << shift);
+    return roundlong(part * double(scale), numerator) == 0 ? plainreading::exact : plainreading::digits;
 }
 
 } // namespace

@@ -102,7 +102,9 @@ void writepart(std::string &target, std::int32_t value)
     }
     char buffer[12];
     const char *end = std::to_chars(buffer, buffer + sizeof buffer, value).ptr;
-    target.assign(buffer, std::size_t(end - buffer));
+    // Built whole and moved in: short texts then cost a copy of their few bytes, not a generic
+    // replacement inside the target.
+    target = std::string(buffer, std::size_t(end - buffer));
 }
 
 void writewhole(std::string &target, const FractionText &source, std::int32_t magnitude)
@@ -114,7 +116,7 @@ void writewhole(std::string &target, const FractionText &source, std::int32_t ma
         end = std::to_chars(begin, buffer + sizeof buffer, magnitude).ptr;
     if (isnegativetext(source[0]))
         *--begin = '-';
-    target.assign(begin, std::size_t(end - begin));
+    target = std::string(begin, std::size_t(end - begin));
 }
 
 bool isnegative(const FractionText &fraction)
