@@ -14,6 +14,7 @@
 
 #include <cmath>
 #include <limits>
+#include <tuple>
 
 namespace kelfractionint {
 
@@ -148,6 +149,22 @@ QFont bagfont(const QVariant &v)
     throw modfracglobal::automationerror(modfracglobal::errnum::objectnotset);
 }
 
+// The value of a new control: 4 1/7.
+QString newwholepart()
+{
+    return QStringLiteral("4");
+}
+
+QString newnumerator()
+{
+    return QStringLiteral("1");
+}
+
+QString newdenominator()
+{
+    return QStringLiteral("7");
+}
+
 } // namespace
 
 fractioni::fractioni(QWidget *parent) : QWidget(parent)
@@ -165,21 +182,23 @@ fractioni::fractioni(QWidget *parent) : QWidget(parent)
     surface.setColor(QPalette::Base, Qt::transparent);
     setPalette(surface);
 
-    const std::array<std::pair<QLineEdit **, QString>, 3> fields{{
-        {&wholepart, QStringLiteral("wholepart")},
-        {&numerator, QStringLiteral("numerator")},
-        {&denominator, QStringLiteral("denominator")},
+    // Each field starts with the text that InitProperties assigns to it: a text given at creation
+    // is laid out once, where a later setText also reports the caret and the change to everyone.
+    const std::array<std::tuple<QLineEdit **, QString, QString>, 3> fields{{
+        {&wholepart, QStringLiteral("wholepart"), newwholepart()},
+        {&numerator, QStringLiteral("numerator"), newnumerator()},
+        {&denominator, QStringLiteral("denominator"), newdenominator()},
     }};
-    for (std::size_t i = 0; i < fields.size(); ++i) {
-        auto *field = new QLineEdit(this);
-        field->setObjectName(fields[i].second);
+    for (const auto &[member, name, text] : fields) {
+        auto *field = new QLineEdit(text, this);
+        field->setObjectName(name);
         field->setFrame(false);
         // The field is exactly as wide as its text: the line edit's own inner margin is taken
         // back, and one pixel more on the right leaves room for the caret.
         field->setTextMargins(-2, 0, -3, 0);
         field->installEventFilter(this);
         connect(field, &QLineEdit::textEdited, this, [this, field] { fieldedited(field); });
-        *fields[i].first = field;
+        *member = field;
     }
     lblgrip = new gripwidget(this);
     lblgrip->setObjectName(QStringLiteral("lblgrip"));
@@ -213,9 +232,9 @@ void fractioni::InitProperties()
     // The layout is computed once the font is known rather than after each assignment; the
     // font assignment below lays the control out with the values assigned so far.
     m_initializing = true;
-    absorb([this] { setWholepartvalue(QStringLiteral("4")); });
-    absorb([this] { setNumeratorvalue(QStringLiteral("1")); });
-    absorb([this] { setDenominatorvalue(QStringLiteral("7")); });
+    absorb([this] { setWholepartvalue(newwholepart()); });
+    absorb([this] { setNumeratorvalue(newnumerator()); });
+    absorb([this] { setDenominatorvalue(newdenominator()); });
     absorb([this] { setUserresizeable(false); });
     absorb([this] { setAutoreplace(false); });
     absorb([this] { setForcesign(false); });

@@ -341,15 +341,6 @@ private:
     double m_tpy = 15;
     QSize m_hintedsize;
     std::optional<layoutstate> m_lastlayout;
-    struct measurement
-    {
-        QString text;
-        qreal width = 0;
-        bool used = false;
-    };
-    mutable std::array<measurement, 6> m_widthcache;
-    mutable std::size_t m_widthcachenext = 0;
-    mutable QFont m_widthcachefont;
     double m_separatoroffset = 0;
 
     // Window and grip drag

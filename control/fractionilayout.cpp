@@ -6,6 +6,8 @@
 
 #include <QFontInfo>
 #include <QFontMetricsF>
+#include <QGuiApplication>
+#include <QHash>
 #include <QLineEdit>
 #include <QPaintEvent>
 #include <QPainter>
@@ -55,6 +57,36 @@ public:
 private:
     bool &m_flag;
 };
+
+// Text widths in pixels, shared by all controls: every layout and paint measures the same few
+// texts in the same few fonts again, and a form holds many controls with equal fonts and values.
+// Forgotten when the fonts installed change, and bounded for hosts that zoom through many sizes.
+qreal measuredwidth(const QFont &font, const QString &text)
+{
+    static QHash<QFont, QHash<QString, qreal>> widths;
+    static const bool watching = [] {
+        if (auto *app = qobject_cast<QGuiApplication *>(QCoreApplication::instance()))
+            QObject::connect(app, &QGuiApplication::fontDatabaseChanged, app, [] { widths.clear(); });
+        return true;
+    }();
+    Q_UNUSED(watching);
+    constexpr qsizetype maxfonts = 32;
+    constexpr qsizetype maxtexts = 256;
+    auto perfont = widths.find(font);
+    if (perfont == widths.end()) {
+        if (widths.size() >= maxfonts)
+            widths.clear();
+        perfont = widths.insert(font, {});
+    }
+    const auto known = perfont->constFind(text);
+    if (known != perfont->constEnd())
+        return *known;
+    if (perfont->size() >= maxtexts)
+        perfont->clear();
+    const qreal width = QFontMetricsF(font).horizontalAdvance(text);
+    perfont->insert(text, width);
+    return width;
+}
 
 } // namespace
 
@@ -131,22 +163,7 @@ void fractioni::fontchanged()
 
 double fractioni::textwidth(const QWidget *field, const QString &text) const
 {
-    // The fields carry the control's font; their measurements are kept until the font changes,
-    // since every layout and paint measures the same few texts again.
-    if (field->font() != m_font)
-        return QFontMetricsF(field->font()).horizontalAdvance(text) * m_tpx;
-    if (m_widthcachefont != m_font) {
-        m_widthcache = {};
-        m_widthcachefont = m_font;
-    }
-    for (const measurement &entry : m_widthcache) {
-        if (entry.used && entry.text == text)
-            return entry.width * m_tpx;
-    }
-    const qreal width = QFontMetricsF(m_font).horizontalAdvance(text);
-    m_widthcache[m_widthcachenext] = {text, width, true};
-    m_widthcachenext = (m_widthcachenext + 1) % m_widthcache.size();
-    return width * m_tpx;
+    return measuredwidth(field->font(), text) * m_tpx;
 }
 
 double fractioni::textheight(const QWidget *field, const QString &) const
