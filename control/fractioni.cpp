@@ -14,7 +14,6 @@
 
 #include <cmath>
 #include <limits>
-#include <tuple>
 
 namespace kelfractionint {
 
@@ -149,22 +148,6 @@ QFont bagfont(const QVariant &v)
     throw modfracglobal::automationerror(modfracglobal::errnum::objectnotset);
 }
 
-// The value of a new control: 4 1/7.
-QString newwholepart()
-{
-    return QStringLiteral("4");
-}
-
-QString newnumerator()
-{
-    return QStringLiteral("1");
-}
-
-QString newdenominator()
-{
-    return QStringLiteral("7");
-}
-
 } // namespace
 
 fractioni::fractioni(QWidget *parent) : QWidget(parent)
@@ -182,15 +165,13 @@ fractioni::fractioni(QWidget *parent) : QWidget(parent)
     surface.setColor(QPalette::Base, Qt::transparent);
     setPalette(surface);
 
-    // Each field starts with the text that InitProperties assigns to it: a text given at creation
-    // is laid out once, where a later setText also reports the caret and the change to everyone.
-    const std::array<std::tuple<QLineEdit **, QString, QString>, 3> fields{{
-        {&wholepart, QStringLiteral("wholepart"), newwholepart()},
-        {&numerator, QStringLiteral("numerator"), newnumerator()},
-        {&denominator, QStringLiteral("denominator"), newdenominator()},
+    const std::array<std::pair<QLineEdit **, QString>, 3> fields{{
+        {&wholepart, QStringLiteral("wholepart")},
+        {&numerator, QStringLiteral("numerator")},
+        {&denominator, QStringLiteral("denominator")},
     }};
-    for (const auto &[member, name, text] : fields) {
-        auto *field = new QLineEdit(text, this);
+    for (const auto &[member, name] : fields) {
+        auto *field = new QLineEdit(this);
         field->setObjectName(name);
         field->setFrame(false);
         // The field is exactly as wide as its text: the line edit's own inner margin is taken
@@ -220,7 +201,21 @@ fractioni::fractioni(QWidget *parent) : QWidget(parent)
         m_denomallowedchars = defaultallowedchars();
         startingup = true;
     });
+    // The fields receive the new control's value once its font is final: a text laid out in the
+    // font of the start would be laid out again for the zoom to the initial size.
+    m_fieldtextsdeferred = true;
     InitProperties();
+    m_fieldtextsdeferred = false;
+    setfieldtext(wholepart, m_wholepart);
+    setfieldtext(numerator, m_numerator);
+    setfieldtext(denominator, m_denominator);
+    // The layout saw empty fields; with texts of equal length (or none) it stands as it is.
+    absorb([this] {
+        if (m_lastlayout && m_numerator.size() == m_denominator.size())
+            m_lastlayout = currentlayoutstate();
+        else
+            resizeprocedure();
+    });
     if (QAccessible::isActive())
         nameaccessiblefields();
 }
@@ -232,9 +227,9 @@ void fractioni::InitProperties()
     // The layout is computed once the font is known rather than after each assignment; the
     // font assignment below lays the control out with the values assigned so far.
     m_initializing = true;
-    absorb([this] { setWholepartvalue(newwholepart()); });
-    absorb([this] { setNumeratorvalue(newnumerator()); });
-    absorb([this] { setDenominatorvalue(newdenominator()); });
+    absorb([this] { setWholepartvalue(QStringLiteral("4")); });
+    absorb([this] { setNumeratorvalue(QStringLiteral("1")); });
+    absorb([this] { setDenominatorvalue(QStringLiteral("7")); });
     absorb([this] { setUserresizeable(false); });
     absorb([this] { setAutoreplace(false); });
     absorb([this] { setForcesign(false); });

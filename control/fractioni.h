@@ -243,6 +243,7 @@ private:
     bool validdenomtext(const QString &text) const;
     bool validfractionpart(const QVariant &set, const QString &text) const;
     void reapply(void (fractioni::*setter)(const QString &), QString stored);
+    void setfieldtext(QLineEdit *field, const QString &text);
     static bool allcharsallowed(const QVariant &set, const QString &text);
     static bool charinset(const QVariant &set, const QString &ch);
     static bool singlecharsonly(const QVariant &candidate);
@@ -328,6 +329,7 @@ private:
     bool m_denominatorlocked = false;
     qint16 lastselstart = 0;
     bool m_fieldsnamed = false;
+    bool m_fieldtextsdeferred = false;
 
     // Layout state, in twips
     double gapx = 30;

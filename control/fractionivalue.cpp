@@ -24,14 +24,17 @@ QString trimblanks(const QString &text)
     return text.mid(first, last - first);
 }
 
-void setfieldtext(QLineEdit *field, const QString &text)
+} // namespace
+
+void fractioni::setfieldtext(QLineEdit *field, const QString &text)
 {
+    // While the control is created its fields stay empty (see the constructor).
+    if (m_fieldtextsdeferred)
+        return;
     // Re-setting equal text would reset the caret and the undo history of the user's edit.
     if (field->text() != text)
         field->setText(text);
 }
-
-} // namespace
 
 void fractioni::reapply(void (fractioni::*setter)(const QString &), QString stored)
 {
