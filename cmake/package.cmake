@@ -4,14 +4,6 @@ if(KEL_ENGINE_ONLY)
   return()
 endif()
 
-# Installed headers live in include/kelfractionint; consumers may write either
-# #include <kelfractionint/fractioni.h> or #include <fractioni.h>.
-foreach(target IN ITEMS modfracglobal fractionplatform fractioni)
-  if(TARGET ${target})
-    target_include_directories(${target} PUBLIC $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
-  endif()
-endforeach()
-
 set(KEL_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/kelfractionint)
 install(EXPORT kelfractionintTargets
         NAMESPACE kelfractionint::
