@@ -131,6 +131,9 @@ QString bagstring(const QVariant &v)
         return v.toString();
     if (v.typeId() == QMetaType::Bool)
         return v.toBool() ? QStringLiteral("True") : QStringLiteral("False");
+    // A number becomes text by the host's rules: the locale's decimal separator, at most 15 digits.
+    if (v.typeId() == QMetaType::Double || v.typeId() == QMetaType::Float)
+        return QString::fromStdString(modfracglobal::doubletotext(v.toDouble()));
     if (isnumbertype(v))
         return v.toString();
     mismatch();
@@ -151,6 +154,16 @@ QFont bagfont(const QVariant &v)
 } // namespace
 
 fractioni::fractioni(QWidget *parent) : QWidget(parent)
+{
+    initialize(nullptr);
+}
+
+fractioni::fractioni(const propertybag &bag, QWidget *parent) : QWidget(parent)
+{
+    initialize(&bag);
+}
+
+void fractioni::initialize(const propertybag *bag)
 {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -203,15 +216,19 @@ fractioni::fractioni(QWidget *parent) : QWidget(parent)
     });
     // The fields receive the new control's value once its font is final: a text laid out in the
     // font of the start would be laid out again for the zoom to the initial size.
+    // A restored control starts from the empty value and takes only what its bag holds.
     m_fieldtextsdeferred = true;
-    InitProperties();
+    if (bag)
+        ReadProperties(*bag);
+    else
+        InitProperties();
     m_fieldtextsdeferred = false;
     setfieldtext(wholepart, m_wholepart);
     setfieldtext(numerator, m_numerator);
     setfieldtext(denominator, m_denominator);
     // The layout saw empty fields; with texts of equal length (or none) it stands as it is.
-    absorb([this] {
-        if (m_lastlayout && m_numerator.size() == m_denominator.size())
+    absorb([this, bag] {
+        if (!bag && m_lastlayout && m_numerator.size() == m_denominator.size())
             m_lastlayout = currentlayoutstate();
         else
             resizeprocedure();

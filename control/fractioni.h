@@ -70,6 +70,10 @@ public:
 
     /*! A new control, showing 4 1/7 with the container's colours and font. */
     explicit fractioni(QWidget *parent = nullptr);
+    /*! A control restored from \a bag: it starts from the empty value and white backgrounds and
+     *  takes what the bag holds, as ReadProperties does; the values of a new control are never
+     *  assigned. */
+    explicit fractioni(const propertybag &bag, QWidget *parent = nullptr);
     ~fractioni() override;
 
     // Value (the sign is the first character of the whole part)
@@ -201,7 +205,7 @@ public:
 
     // Lifecycle with the container
     /*! Assigns the values of a new control (4 1/7, the container's colours and font, 600 x 600
-     *  twips). The constructor runs it. */
+     *  twips). The constructor without a bag runs it. */
     void InitProperties();
     /*! Restores the persisted properties from \a bag; errors are absorbed. */
     void ReadProperties(const propertybag &bag);
@@ -233,9 +237,12 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    void initialize(const propertybag *bag);
+
     // Value helpers
     static QStringList fractiontoarray(const fractioni *control);
     void applywholepart(const QString &text);
+    void raisevaluechanged(QString oldsign, QString oldwhole, QString oldnumer, QString olddenom, QString newsign);
     void setforecolors(quint32 olecolor);
     bool validfieldtext(const QLineEdit *field, const QString &text) const;
     bool validwholetext(const QString &text) const;

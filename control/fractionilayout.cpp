@@ -338,9 +338,11 @@ void fractioni::paintseparator(QPainter &painter) const
     const QRect &wider = m_separatoroffset < 0 ? denom : numer;
     painter.setRenderHint(QPainter::Antialiasing, m_fractionslash);
     painter.setPen(QPen(separator, std::max(1.0, metrics.lineWidth())));
-    if (m_fractionslash) {
+    // Over a field without width (an empty control) the separator has no length: nothing shows.
+    const bool haslength = wider.width() > 0;
+    if (haslength && m_fractionslash) {
         painter.drawLine(QPointF(wider.left(), denomtop), QPointF(wider.left() + wider.width(), numerbottom));
-    } else {
+    } else if (haslength) {
         const double y = std::floor((numerbottom + denomtop) / 2) + 0.5;
         painter.drawLine(QPointF(wider.left(), y), QPointF(wider.left() + wider.width(), y));
     }

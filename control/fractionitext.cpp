@@ -301,6 +301,37 @@ void fractioni::navigatefields(QLineEdit *field, int key)
     update();
 }
 
+namespace {
+
+// Only typed characters meet the whole part's set: keys that edit or move (Delete, which X11
+// sends with the text "\x7f", the clipboard, undo and selection shortcuts, Tab) keep working.
+// Backspace and Enter count as typed, as they did for the original field.
+bool typedcharacter(const QKeyEvent *key)
+{
+    if (key->text().isEmpty() || (key->modifiers() & (Qt::ControlModifier | Qt::MetaModifier)))
+        return false;
+    switch (key->key()) {
+    case Qt::Key_Tab:
+    case Qt::Key_Backtab:
+    case Qt::Key_Delete:
+    case Qt::Key_Insert:
+        return false;
+    default:
+        break;
+    }
+    static const QKeySequence::StandardKey editing[] = {
+        QKeySequence::Copy,      QKeySequence::Cut,  QKeySequence::Paste, QKeySequence::Undo,
+        QKeySequence::Redo,      QKeySequence::SelectAll, QKeySequence::Delete,
+    };
+    for (const QKeySequence::StandardKey standard : editing) {
+        if (key->matches(standard))
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
 bool fractioni::eventFilter(QObject *watched, QEvent *event)
 {
     auto *field = qobject_cast<QLineEdit *>(watched);
@@ -311,10 +342,7 @@ bool fractioni::eventFilter(QObject *watched, QEvent *event)
         if (event->type() == QEvent::KeyPress) {
             auto *key = static_cast<QKeyEvent *>(event);
             lastselstart = qint16(field->cursorPosition());
-            // Tab moves the focus before a field sees it as a character, as on any form.
-            if (field == wholepart && !key->text().isEmpty() && key->key() != Qt::Key_Tab
-                && key->key() != Qt::Key_Backtab && !(key->modifiers() & (Qt::ControlModifier | Qt::MetaModifier))) {
-                // Only typed characters are filtered; shortcuts such as copy keep working.
+            if (field == wholepart && typedcharacter(key)) {
                 for (const QChar c : key->text()) {
                     if (!charinset(m_wholeallowedchars, QString(c)))
                         return true;

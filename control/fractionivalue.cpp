@@ -52,6 +52,17 @@ void fractioni::reapply(void (fractioni::*setter)(const QString &), QString stor
     m_reapplying = outer;
 }
 
+void fractioni::raisevaluechanged(QString oldsign, QString oldwhole, QString oldnumer, QString olddenom,
+                                  QString newsign)
+{
+    // Every listener gets texts of its own, taken at this moment: a listener that assigns the
+    // value must not change what the next listener, or its own arguments, read.
+    QString newwhole = m_wholepart;
+    QString newnumer = m_numerator;
+    QString newdenom = m_denominator;
+    Q_EMIT fractionvaluechanged(oldsign, oldwhole, oldnumer, olddenom, newsign, newwhole, newnumer, newdenom);
+}
+
 QStringList fractioni::fractiontoarray(const fractioni *control)
 {
     return {control->Wholepartvalue(), control->Numeratorvalue(), control->Denominatorvalue()};
@@ -98,8 +109,7 @@ void fractioni::setWholepartvalue(const QString &value)
     if (!m_reapplying && !validfieldtext(wholepart, text)) {
         reapply(&fractioni::setWholepartvalue, m_wholepart);
         closingsteps(QStringLiteral("Wholepartvalue"));
-        Q_EMIT fractionvaluechanged(oldsign, oldwhole, m_numerator, m_denominator, getsign(), m_wholepart,
-                                    m_numerator, m_denominator);
+        raisevaluechanged(oldsign, oldwhole, m_numerator, m_denominator, getsign());
         return;
     }
 
@@ -130,8 +140,7 @@ void fractioni::setWholepartvalue(const QString &value)
     setfieldtext(wholepart, text);
     closingsteps(QStringLiteral("Wholepartvalue"));
     updateaccessibility();
-    Q_EMIT fractionvaluechanged(oldsign, oldwhole, m_numerator, m_denominator, getsign(), m_wholepart,
-                                m_numerator, m_denominator);
+    raisevaluechanged(oldsign, oldwhole, m_numerator, m_denominator, getsign());
 }
 
 void fractioni::setNumeratorvalue(const QString &value)
@@ -144,8 +153,7 @@ void fractioni::setNumeratorvalue(const QString &value)
     if (!m_reapplying && !validfieldtext(numerator, text)) {
         reapply(&fractioni::setNumeratorvalue, m_numerator);
         closingsteps(QStringLiteral("Numeratorvalue"));
-        Q_EMIT fractionvaluechanged(sign, m_wholepart, oldnumer, m_denominator, sign, m_wholepart, m_numerator,
-                                    m_denominator);
+        raisevaluechanged(sign, m_wholepart, oldnumer, m_denominator, sign);
         return;
     }
 
@@ -163,8 +171,7 @@ void fractioni::setNumeratorvalue(const QString &value)
     setfieldtext(numerator, text);
     closingsteps(QStringLiteral("Numeratorvalue"));
     updateaccessibility();
-    Q_EMIT fractionvaluechanged(sign, m_wholepart, oldnumer, m_denominator, sign, m_wholepart, m_numerator,
-                                m_denominator);
+    raisevaluechanged(sign, m_wholepart, oldnumer, m_denominator, sign);
 }
 
 void fractioni::setDenominatorvalue(const QString &value)
@@ -177,8 +184,7 @@ void fractioni::setDenominatorvalue(const QString &value)
     if (!m_reapplying && !validfieldtext(denominator, text)) {
         reapply(&fractioni::setDenominatorvalue, m_denominator);
         closingsteps(QStringLiteral("Denominatorvalue"));
-        Q_EMIT fractionvaluechanged(sign, m_wholepart, m_numerator, olddenom, sign, m_wholepart, m_numerator,
-                                    m_denominator);
+        raisevaluechanged(sign, m_wholepart, m_numerator, olddenom, sign);
         return;
     }
 
@@ -186,8 +192,7 @@ void fractioni::setDenominatorvalue(const QString &value)
     setfieldtext(denominator, text);
     closingsteps(QStringLiteral("Denominatorvalue"));
     updateaccessibility();
-    Q_EMIT fractionvaluechanged(sign, m_wholepart, m_numerator, olddenom, sign, m_wholepart, m_numerator,
-                                m_denominator);
+    raisevaluechanged(sign, m_wholepart, m_numerator, olddenom, sign);
 }
 
 fractioni *fractioni::changesign()
@@ -209,8 +214,7 @@ fractioni *fractioni::changesign()
     }
     // The second event carries an empty old sign and the new values as old ones; listeners take
     // the meaningful old values from the first event. Hosts rely on this pair.
-    Q_EMIT fractionvaluechanged(QString(), m_wholepart, m_numerator, m_denominator, getsign(), m_wholepart,
-                                m_numerator, m_denominator);
+    raisevaluechanged(QString(), m_wholepart, m_numerator, m_denominator, getsign());
     return this;
 }
 
@@ -232,8 +236,7 @@ fractioni *fractioni::loadfraction(QStringList &strarr)
 
     // The summary event is raised only while the whole part is locked; hosts rely on it.
     if (m_wholepartlocked) {
-        Q_EMIT fractionvaluechanged(oldsign, oldwhole, oldnumer, olddenom, getsign(), m_wholepart, m_numerator,
-                                    m_denominator);
+        raisevaluechanged(oldsign, oldwhole, oldnumer, olddenom, getsign());
     }
     return this;
 }

@@ -70,21 +70,22 @@ FractionResult strmultiplyfractions(FractionList &fractions)
                 return;
             }
         }
+        // Every row's parts are read, with their messages, before any product can overflow.
+        for (std::size_t i = 0; i < fractions.size(); ++i) {
+            if (parts[i].known)
+                continue;
+            const FractionText &row = fractions[i];
+            parts[i].numerator = partmagnitude(row[1]);
+            parts[i].denominator = partmagnitude(row[2]);
+            if (isnegative(row))
+                parts[i].numerator = -parts[i].numerator;
+        }
         // No common factors are cancelled: hosts see the unreduced product (and its overflow).
         std::int32_t numerator = 1;
         std::int32_t denominator = 1;
-        for (std::size_t i = 0; i < fractions.size(); ++i) {
-            std::int32_t n = parts[i].numerator;
-            std::int32_t d = parts[i].denominator;
-            if (!parts[i].known) {
-                const FractionText &row = fractions[i];
-                n = partmagnitude(row[1]);
-                d = partmagnitude(row[2]);
-                if (isnegative(row))
-                    n = -n;
-            }
-            numerator = checkedmul(n, numerator);
-            denominator = checkedmul(d, denominator);
+        for (const improperparts &row : parts) {
+            numerator = checkedmul(row.numerator, numerator);
+            denominator = checkedmul(row.denominator, denominator);
         }
         result.emplace();
         writepart((*result)[2], denominator);

@@ -80,9 +80,12 @@ FractionResult strexpand(const FractionText &fraction, std::int32_t factor)
             result = fraction;
             return;
         }
+        // Every part is read, with its message, before the products can overflow.
         const std::int32_t w = partmagnitude(fraction[0]);
-        const std::int32_t n = checkedmul(partmagnitude(fraction[1]), factor);
-        const std::int32_t d = checkedmul(partmagnitude(fraction[2]), factor);
+        const std::int32_t numer = partmagnitude(fraction[1]);
+        const std::int32_t denom = partmagnitude(fraction[2]);
+        const std::int32_t n = checkedmul(numer, factor);
+        const std::int32_t d = checkedmul(denom, factor);
         FractionText &expanded = result.emplace();
         writepart(expanded[1], n);
         writepart(expanded[2], d);
