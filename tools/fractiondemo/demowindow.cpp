@@ -346,12 +346,35 @@ bool demowindow::openform(const QString &path)
         return false;
     }
     log(QStringLiteral("opening %1").arg(path));
-    for (fractioni *control : {first(), second(), result()}) {
-        const settingspropertybag bag(settings, control->objectName());
-        control->ReadProperties(bag);
+    for (fractioni **control : {&ui->first, &ui->second, &ui->result}) {
+        const settingspropertybag bag(settings, (*control)->objectName());
+        *control = restoredcontrol(*control, bag);
     }
     syncautoreplace();
     return true;
+}
+
+fractioni *demowindow::restoredcontrol(fractioni *old, const propertybag &bag)
+{
+    // A saved control comes back as a control restored from its bag, in the old one's place: it
+    // never passes through a new control's values.
+    auto *control = new fractioni(bag, old->parentWidget());
+    control->setObjectName(old->objectName());
+    control->setAccessibleName(old->accessibleName());
+    QWidget::setTabOrder(old, control);
+    const bool wasselected = m_selected == old;
+    disconnect(old, nullptr, this, nullptr);
+    if (QLayout *layout = old->parentWidget()->layout())
+        delete layout->replaceWidget(old, control);
+    delete old;
+    control->show();
+    // Shown on a form that is already up, it lays itself out without its hidden parts at once.
+    if (control->isVisible())
+        control->Refreshfraction();
+    connectcontrol(control);
+    if (wasselected)
+        select(control);
+    return control;
 }
 
 bool demowindow::exportpicture(const QString &path)

@@ -64,6 +64,7 @@ public:
 
 private:
     void connectcontrol(fractioni *control);
+    fractioni *restoredcontrol(fractioni *old, const propertybag &bag);
     void connectoperations();
     void single(const char *name, const std::function<QStringList(fractioni *)> &operation);
     void pair(const char *name, const std::function<QStringList(fractioni *, fractioni *)> &operation);

@@ -62,6 +62,8 @@ const char *prelude = R"JS(
             if (Array.isArray(original) && Array.isArray(value))
                 original.splice(0, original.length, ...value);
         }
+        if (outcome.error !== undefined)
+            throw outcome.error;
         return outcome.value;
     }
 
@@ -216,13 +218,18 @@ QList<fractioni *> scripthost::controls() const
     return list;
 }
 
-void scripthost::throwautomation(int number, const QString &description, const QString &detail)
+QJSValue scripthost::automationerrorobject(int number, const QString &description, const QString &detail)
 {
     QJSValue error = m_engine.newErrorObject(detail.isEmpty() ? QJSValue::GenericError : QJSValue::TypeError,
                                              detail.isEmpty() ? description : detail);
     error.setProperty(QStringLiteral("number"), number);
     error.setProperty(QStringLiteral("description"), description);
-    m_engine.throwError(error);
+    return error;
+}
+
+void scripthost::throwautomation(int number, const QString &description, const QString &detail)
+{
+    m_engine.throwError(automationerrorobject(number, description, detail));
 }
 
 void scripthost::raise(int number, const QString &name)
@@ -352,8 +359,8 @@ QJSValue scripthost::invoke(const QJSValue &control, const QJSValue &dispid, con
         return {};
     }
     QVariantList arguments = fromscript(args).toList();
-    try {
-        const QVariant result = dispinvoke(target, dispid.toInt(), *how, arguments);
+    // The by-reference arguments as the member left them, for the script to write back.
+    auto outcomewith = [&](const QVariant &result) {
         QJSValue outcome = m_engine.newObject();
         outcome.setProperty(QStringLiteral("value"), toscript(result));
         QJSValue refs = m_engine.newArray();
@@ -370,6 +377,9 @@ QJSValue scripthost::invoke(const QJSValue &control, const QJSValue &dispid, con
         }
         outcome.setProperty(QStringLiteral("refs"), refs);
         return outcome;
+    };
+    try {
+        return outcomewith(dispinvoke(target, dispid.toInt(), *how, arguments));
     } catch (const argumenterror &error) {
         // A missing control reads as the automation error it is; other bad arguments as TypeErrors.
         if (error.number() == 91)
@@ -377,7 +387,12 @@ QJSValue scripthost::invoke(const QJSValue &control, const QJSValue &dispid, con
         else
             throwautomation(error.number(), QString::fromStdString(error.description()), error.detail());
     } catch (const modfracglobal::automationerror &error) {
-        throwautomation(error.number(), QString::fromStdString(error.description()));
+        // The member ran: what it wrote into by-reference arguments reaches the script before
+        // the error does.
+        QJSValue outcome = outcomewith({});
+        outcome.setProperty(QStringLiteral("error"),
+                            automationerrorobject(error.number(), QString::fromStdString(error.description())));
+        return outcome;
     } catch (const std::exception &error) {
         throwautomation(51, QStringLiteral("Internal error"), QString::fromLocal8Bit(error.what()));
     }
@@ -406,9 +421,7 @@ QJSValue scripthost::createfraction(const QJSValue &bag)
         }
         source = &scriptbag->bag();
     }
-    auto *control = new fractioni(m_form.get());
-    if (source)
-        control->ReadProperties(*source);
+    auto *control = source ? new fractioni(*source, m_form.get()) : new fractioni(m_form.get());
     placecontrol(control);
     return scriptcontrol(control);
 }

@@ -75,6 +75,7 @@ public:
     QVariant fromscript(const QJSValue &value) const;
 
     /*! Throws the script error for an automation error (see the class). */
+    QJSValue automationerrorobject(int number, const QString &description, const QString &detail = {});
     void throwautomation(int number, const QString &description, const QString &detail = {});
 
 private:
