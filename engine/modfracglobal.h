@@ -113,4 +113,25 @@ MODFRACGLOBAL_EXPORT FractionResult strfractodecimal(const FractionText &fractio
  *  part beyond 32 bits. */
 MODFRACGLOBAL_EXPORT FractionResult strdecimaltofrac(const FractionText &fraction);
 
+// Fractions as people write them
+
+/*! Reads "3", "-3", "2/3", "-2/3", "1 2/3", "-1 2/3" with blanks around the text and around
+ *  the slash, the minus sign U+2212, the fraction slash U+2044 and the vulgar fractions (alone
+ *  or after a whole number, as in "1⅔"). Parts are kept as written, not reduced; a zero whole
+ *  part or numerator becomes the empty text, a zero denominator stays "0", a leading "+" is
+ *  dropped. Reports 13 for anything else (decimal and percent texts included) and 6 for a part
+ *  beyond 32 bits, and then gives no result. */
+MODFRACGLOBAL_EXPORT FractionResult strparsefraction(std::string_view text);
+/*! The text strparsefraction() reads back into \a fraction: "-1 2/3", "2/3", "-2/3", "3";
+ *  "0" for the empty value. */
+MODFRACGLOBAL_EXPORT std::string strformatfraction(const FractionText &fraction);
+/*! The fraction nearest to the value whose denominator lies between 1 and \a maxdenominator,
+ *  reduced, as a mixed record ("3", "", "1" for a whole number, "", "", "1" for zero); on a tie
+ *  the smaller denominator wins. The value is a decimal text alone in element 0 (the host's
+ *  separator, read digit by digit: 37 decimals exactly, and whether any further one is not
+ *  zero) or a fraction record. Reports 13 for text that is no number, 11 for a zero
+ *  denominator, 5 for \a maxdenominator below 1 and 6 for a whole part beyond 32 bits, and then
+ *  gives no result. */
+MODFRACGLOBAL_EXPORT FractionResult strapproximate(const FractionText &fraction, std::int32_t maxdenominator);
+
 } // namespace modfracglobal
