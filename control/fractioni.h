@@ -14,6 +14,8 @@
 #include <array>
 #include <optional>
 
+class QContextMenuEvent;
+class QKeyEvent;
 class QLineEdit;
 class QPainter;
 class QAccessibleInterface;
@@ -189,6 +191,15 @@ public:
     Q_INVOKABLE QStringList decimaltofrac();
     Q_INVOKABLE QStringList fractopercent(qint32 noofdecimals);
     Q_INVOKABLE QStringList percenttofrac();
+    /*! The nearest fraction whose denominator lies between 1 and \a maxdenominator, reduced and
+     *  mixed; loaded into the control when Autoreplace is True, like the other conversions. */
+    Q_INVOKABLE QStringList approximate(qint32 maxdenominator);
+    /*! The value as people write it: "-1 2/3", "2/3", "-2/3", "3", and "0" when empty. */
+    Q_INVOKABLE QString fractiontext() const;
+    /*! Loads a fraction written as people write it ("1 2/3", "-2/3", "1⅔", "3") as loadfraction
+     *  does, and returns true; for any other text returns false and changes nothing. Raises
+     *  nothing: where the control refuses a part, that part keeps its value and it returns false. */
+    Q_INVOKABLE bool loadfractiontext(const QString &text);
     /*! Empties the value (whole part, denominator, numerator in that order); returns the control. */
     Q_INVOKABLE kelfractionint::fractioni *clearfraction();
     Q_INVOKABLE QStringList subtractfractions(kelfractionint::fractioni *minuend, kelfractionint::fractioni *minutor);
@@ -258,6 +269,11 @@ private:
     static QStringList defaultallowedchars();
     bool setallowedchars(QVariant &set, const QVariant &value);
     void navigatefields(QLineEdit *field, int key);
+    static bool typedcharacter(const QKeyEvent *key);
+    bool entrykey(QLineEdit *field, const QKeyEvent *key);
+    bool typedmove(QLineEdit *field, const QKeyEvent *key);
+    bool pastefraction(QLineEdit *field);
+    bool entrymenu(QLineEdit *field, const QContextMenuEvent *event);
     void fieldedited(QLineEdit *field);
     bool usermode() const;
 
@@ -335,6 +351,7 @@ private:
     bool m_numeratorlocked = false;
     bool m_denominatorlocked = false;
     qint16 lastselstart = 0;
+    int m_movedbykey = 0;
     bool m_fieldsnamed = false;
     bool m_fieldtextsdeferred = false;
 

@@ -331,6 +331,12 @@ QStringList fractioni::fractodecimal(qint32 noofdecimals)
         this, totext(modfracglobal::strfractodecimal(torecord(fractiontoarray(this)), noofdecimals)));
 }
 
+QStringList fractioni::approximate(qint32 maxdenominator)
+{
+    return replaceifasked(this,
+                          totext(modfracglobal::strapproximate(torecord(fractiontoarray(this)), maxdenominator)));
+}
+
 QStringList fractioni::decimaltofrac()
 {
     return replaceifasked(this, totext(modfracglobal::strdecimaltofrac(torecord(fractiontoarray(this)))));

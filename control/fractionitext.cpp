@@ -4,6 +4,7 @@
 #include "modfracglobal.h"
 
 #include <QAccessible>
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
 
@@ -303,10 +304,12 @@ void fractioni::navigatefields(QLineEdit *field, int key)
 
 namespace {
 
+} // namespace
+
 // Only typed characters meet the whole part's set: keys that edit or move (Delete, which X11
 // sends with the text "\x7f", the clipboard, undo and selection shortcuts, Tab) keep working.
 // Backspace and Enter count as typed, as they did for the original field.
-bool typedcharacter(const QKeyEvent *key)
+bool fractioni::typedcharacter(const QKeyEvent *key)
 {
     if (key->text().isEmpty() || (key->modifiers() & (Qt::ControlModifier | Qt::MetaModifier)))
         return false;
@@ -330,8 +333,6 @@ bool typedcharacter(const QKeyEvent *key)
     return true;
 }
 
-} // namespace
-
 bool fractioni::eventFilter(QObject *watched, QEvent *event)
 {
     auto *field = qobject_cast<QLineEdit *>(watched);
@@ -342,6 +343,8 @@ bool fractioni::eventFilter(QObject *watched, QEvent *event)
         if (event->type() == QEvent::KeyPress) {
             auto *key = static_cast<QKeyEvent *>(event);
             lastselstart = qint16(field->cursorPosition());
+            if (entrykey(field, key))
+                return true;
             if (field == wholepart && typedcharacter(key)) {
                 for (const QChar c : key->text()) {
                     if (!charinset(m_wholeallowedchars, QString(c)))
@@ -350,8 +353,14 @@ bool fractioni::eventFilter(QObject *watched, QEvent *event)
             }
         } else if (event->type() == QEvent::KeyRelease) {
             auto *key = static_cast<QKeyEvent *>(event);
-            if (!key->isAutoRepeat())
+            if (m_movedbykey != 0 && key->key() == m_movedbykey) {
+                // The key moved to this part and selected it: the caret stays as it was left.
+                m_movedbykey = 0;
+            } else if (!key->isAutoRepeat()) {
                 navigatefields(field, key->key());
+            }
+        } else if (event->type() == QEvent::ContextMenu) {
+            return entrymenu(field, static_cast<QContextMenuEvent *>(event));
         }
     }
     if (event->type() >= QEvent::MouseButtonPress && event->type() <= QEvent::MouseMove

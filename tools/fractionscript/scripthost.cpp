@@ -88,6 +88,11 @@ const char *prelude = R"JS(
                 case 'WriteProperties': return bag => host.writeproperties(target, unwrap(bag));
                 case 'ReadProperties': return bag => host.readproperties(target, unwrap(bag));
                 case 'objectName': return target.objectName;
+                // Additions of the control, reached by name only: they have no dispatch ids.
+                case 'approximate':
+                case 'fractiontext':
+                case 'loadfractiontext':
+                    return (...args) => target[name](...args);
                 case 'toString': return () => '[fractioni ' + target.objectName + ']';
                 }
                 return undefined;

@@ -1,0 +1,120 @@
+// Fractions as people type, paste and copy them: "1 2/3" typed moves from part to part, a pasted
+// fraction loads all three parts, and copying with nothing selected copies the whole value.
+#include "fractioni.h"
+
+#include "modfracglobal.h"
+
+#include <QAction>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMenu>
+
+namespace kelfractionint {
+
+namespace {
+
+// The record a text stands for when it is a fraction with a fraction part, read without a
+// message: a text that is none is simply not a fraction.
+std::optional<QStringList> fractionof(const QString &text)
+{
+    const modfracglobal::scopedmessagesink quiet([](const std::string &) {});
+    const modfracglobal::FractionResult record = modfracglobal::strparsefraction(text.toStdString());
+    if (!record)
+        return std::nullopt;
+    return QStringList{QString::fromStdString((*record)[0]), QString::fromStdString((*record)[1]),
+                       QString::fromStdString((*record)[2])};
+}
+
+} // namespace
+
+QString fractioni::fractiontext() const
+{
+    return QString::fromStdString(modfracglobal::strformatfraction(
+        {m_wholepart.toStdString(), m_numerator.toStdString(), m_denominator.toStdString()}));
+}
+
+bool fractioni::loadfractiontext(const QString &text)
+{
+    std::optional<QStringList> record = fractionof(text);
+    if (!record)
+        return false;
+    try {
+        loadfraction(*record);
+    } catch (const modfracglobal::automationerror &) {
+        // A part the control refuses keeps its value, as loadfraction leaves it.
+        return false;
+    }
+    return true;
+}
+
+bool fractioni::typedmove(QLineEdit *field, const QKeyEvent *key)
+{
+    if (m_fractype != fracnumeric || !typedcharacter(key))
+        return false;
+    QLineEdit *target = nullptr;
+    if (field == wholepart && key->text() == QLatin1String(" ")) {
+        const std::string whole = field->text().toStdString();
+        if (whole.empty() || modfracglobal::hasdecimalsep(whole) || modfracglobal::haspercentsign(whole)
+            || !m_fracpartvisible)
+            return false;
+        numerator->setVisible(true);
+        denominator->setVisible(true);
+        target = numerator;
+    } else if (field == numerator && key->text() == QLatin1String("/")) {
+        target = denominator;
+    } else {
+        return false;
+    }
+    target->setFocus(Qt::OtherFocusReason);
+    // What is typed next replaces the part: a cleared control's denominator "1" becomes "3".
+    target->selectAll();
+    m_movedbykey = key->key();
+    return true;
+}
+
+bool fractioni::pastefraction(QLineEdit *field)
+{
+    if (m_fractype != fracnumeric || field->isReadOnly())
+        return false;
+    std::optional<QStringList> record = fractionof(QGuiApplication::clipboard()->text());
+    if (!record || (record->at(1).isEmpty() && record->at(2).isEmpty()))
+        return false;
+    try {
+        loadfraction(*record);
+    } catch (const modfracglobal::automationerror &) {
+        // A part the control refuses keeps its value, as when typed.
+    }
+    return true;
+}
+
+bool fractioni::entrykey(QLineEdit *field, const QKeyEvent *key)
+{
+    if (key->matches(QKeySequence::Paste))
+        return pastefraction(field);
+    if (key->matches(QKeySequence::Copy) && !field->hasSelectedText()) {
+        QGuiApplication::clipboard()->setText(fractiontext());
+        return true;
+    }
+    return typedmove(field, key);
+}
+
+bool fractioni::entrymenu(QLineEdit *field, const QContextMenuEvent *event)
+{
+    // The field's own menu, with Paste loading a fraction as the keys do.
+    QMenu *menu = field->createStandardContextMenu();
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    if (auto *paste = menu->findChild<QAction *>(QStringLiteral("edit-paste"))) {
+        disconnect(paste, &QAction::triggered, nullptr, nullptr);
+        connect(paste, &QAction::triggered, field, [this, field] {
+            if (!pastefraction(field))
+                field->paste();
+        });
+    }
+    menu->popup(event->globalPos());
+    return true;
+}
+
+} // namespace kelfractionint
