@@ -14,7 +14,9 @@
 #include <array>
 #include <optional>
 
+class QAction;
 class QContextMenuEvent;
+class QMenu;
 class QKeyEvent;
 class QLineEdit;
 class QPainter;
@@ -274,6 +276,7 @@ private:
     bool typedmove(QLineEdit *field, const QKeyEvent *key);
     bool pastefraction(QLineEdit *field);
     bool entrymenu(QLineEdit *field, const QContextMenuEvent *event);
+    static QAction *pasteaction(const QMenu *menu);
     void fieldedited(QLineEdit *field);
     bool usermode() const;
 

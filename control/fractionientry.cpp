@@ -30,6 +30,17 @@ std::optional<QStringList> fractionof(const QString &text)
 
 } // namespace
 
+QAction *fractioni::pasteaction(const QMenu *menu)
+{
+    // Named "edit-paste" in newer Qt; before, known by the Paste shortcut its text carries.
+    const QString shortcut = QLatin1Char('\t') + QKeySequence(QKeySequence::Paste).toString(QKeySequence::NativeText);
+    for (QAction *action : menu->actions()) {
+        if (action->objectName() == QLatin1String("edit-paste") || action->text().endsWith(shortcut))
+            return action;
+    }
+    return nullptr;
+}
+
 QString fractioni::fractiontext() const
 {
     return QString::fromStdString(modfracglobal::strformatfraction(
@@ -106,7 +117,7 @@ bool fractioni::entrymenu(QLineEdit *field, const QContextMenuEvent *event)
     // The field's own menu, with Paste loading a fraction as the keys do.
     QMenu *menu = field->createStandardContextMenu();
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    if (auto *paste = menu->findChild<QAction *>(QStringLiteral("edit-paste"))) {
+    if (QAction *paste = pasteaction(menu)) {
         disconnect(paste, &QAction::triggered, nullptr, nullptr);
         connect(paste, &QAction::triggered, field, [this, field] {
             if (!pastefraction(field))
