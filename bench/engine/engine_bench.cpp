@@ -396,7 +396,120 @@ void worst_invert_overflow(benchmark::State &state)
         benchmark::DoNotOptimize(strinvert(f));
 }
 
+
+// --- fractions as people write them -----------------------------------------------------------
+
+// Mixed numbers as typed: "-123 45/678".
+const std::vector<std::string> &writtenpool()
+{
+    static const std::vector<std::string> pool = [] {
+        std::vector<std::string> p;
+        for (const FractionText &f : mixedpool())
+            p.push_back(f[0] + " " + (f[1].empty() ? "0" : f[1]) + "/" + f[2]);
+        return p;
+    }();
+    return pool;
+}
+
+void baseline_parse(benchmark::State &state)
+{
+    const auto &pool = writtenpool();
+    std::size_t i = 0;
+    for (auto _ : state) {
+        const std::string &t = pool[i++ % poolsize];
+        const char *end = t.data() + t.size();
+        std::int32_t w = 0, n = 0, d = 0;
+        const bool negative = t[0] == '-';
+        auto r = std::from_chars(t.data() + (negative ? 1 : 0), end, w);
+        r = std::from_chars(r.ptr + 1, end, n);
+        std::from_chars(r.ptr + 1, end, d);
+        FractionResult f(std::in_place, FractionText{(negative ? "-" : "") + writelong(w), writelong(n), writelong(d)});
+        benchmark::DoNotOptimize(f);
+    }
+}
+
+void engine_parse(benchmark::State &state)
+{
+    quietsink();
+    const auto &pool = writtenpool();
+    std::size_t i = 0;
+    for (auto _ : state)
+        benchmark::DoNotOptimize(strparsefraction(pool[i++ % poolsize]));
+}
+
+void baseline_format(benchmark::State &state)
+{
+    const auto &pool = mixedpool();
+    std::size_t i = 0;
+    for (auto _ : state) {
+        const FractionText &f = pool[i++ % poolsize];
+        std::string t = f[0] + " " + f[1] + "/" + f[2];
+        benchmark::DoNotOptimize(t);
+    }
+}
+
+void engine_format(benchmark::State &state)
+{
+    const auto &pool = mixedpool();
+    std::size_t i = 0;
+    for (auto _ : state)
+        benchmark::DoNotOptimize(strformatfraction(pool[i++ % poolsize]));
+}
+
+// The baseline reads the decimal as a double and runs the same continued fraction in doubles:
+// it can be wrong in the last digits, which the engine's exact reading never is.
+void baseline_approximate(benchmark::State &state)
+{
+    const auto &pool = decimalpool();
+    const std::int64_t limit = state.range(0);
+    std::size_t i = 0;
+    for (auto _ : state) {
+        const std::string &t = pool[i++ % poolsize][0];
+        double x = 0;
+        std::from_chars(t.data(), t.data() + t.size(), x);
+        const double whole = std::floor(x);
+        double rest = x - whole;
+        std::int64_t p0 = 0, q0 = 1, p1 = 1, q1 = 0;
+        for (int step = 0; step < 64; ++step) {
+            const double a = std::floor(rest == 0 ? 0 : 1 / rest);
+            if (step == 0) {
+                p0 = 0; q0 = 1; p1 = 0; q1 = 1;
+                if (rest == 0)
+                    break;
+            }
+            if (a > double(limit) || q0 + std::int64_t(a) * q1 > limit)
+                break;
+            const std::int64_t q2 = q0 + std::int64_t(a) * q1;
+            const std::int64_t p2 = p0 + std::int64_t(a) * p1;
+            p0 = p1; q0 = q1; p1 = p2; q1 = q2;
+            rest = 1 / rest - a;
+            if (rest <= 0)
+                break;
+        }
+        FractionResult f(std::in_place, FractionText{writelong(std::int32_t(whole)), writelong(std::int32_t(p1)),
+                                                     writelong(std::int32_t(q1))});
+        benchmark::DoNotOptimize(f);
+    }
+}
+
+void engine_approximate(benchmark::State &state)
+{
+    quietsink();
+    const auto &pool = decimalpool();
+    const std::int32_t limit = std::int32_t(state.range(0));
+    std::size_t i = 0;
+    for (auto _ : state)
+        benchmark::DoNotOptimize(strapproximate(pool[i++ % poolsize], limit));
+}
+
 } // namespace
+
+BENCHMARK(baseline_parse);
+BENCHMARK(engine_parse);
+BENCHMARK(baseline_format);
+BENCHMARK(engine_format);
+BENCHMARK(baseline_approximate)->Arg(16)->Arg(1000000);
+BENCHMARK(engine_approximate)->Arg(16)->Arg(1000000);
 
 BENCHMARK(baseline_reduce);
 BENCHMARK(engine_reduce);

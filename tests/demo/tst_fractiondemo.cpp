@@ -304,7 +304,7 @@ void tst_fractiondemo::everyinputhasanaccessiblename()
             ++inputs;
         }
     }
-    QCOMPARE(inputs, 26);
+    QCOMPARE(inputs, 28);
 }
 
 void tst_fractiondemo::tabordergoesthroughtheform()
@@ -332,6 +332,7 @@ void tst_fractiondemo::tabordergoesthroughtheform()
     expected << "autoreplacebox" << "reducebutton" << "fractomixedbutton" << "mixedtofracbutton" << "invertbutton"
              << "expandbutton" << "factorbox" << "changesignbutton" << "clearbutton" << "fractodecimalbutton"
              << "fractopercentbutton" << "decimalsbox" << "decimaltofracbutton" << "percenttofracbutton"
+             << "approximatebutton" << "limitbox"
              << "addbutton" << "subtractbutton" << "multiplybutton" << "dividebutton" << "addintobutton"
              << "subtractintobutton" << "multiplyintobutton" << "divideintobutton" << "eventlog"
              << "clearlogbutton";

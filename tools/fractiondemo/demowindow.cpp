@@ -193,6 +193,10 @@ void demowindow::connectoperations()
             [this] { single("decimaltofrac", &fractioni::decimaltofrac); });
     connect(ui->percenttofracbutton, &QPushButton::clicked, this,
             [this] { single("percenttofrac", &fractioni::percenttofrac); });
+    connect(ui->approximatebutton, &QPushButton::clicked, this, [this] {
+        const qint32 limit = ui->limitbox->value();
+        single("approximate", [limit](fractioni *control) { return control->approximate(limit); });
+    });
     connect(ui->changesignbutton, &QPushButton::clicked, this, [this] {
         guarded(controlname(m_selected) + QStringLiteral(".changesign"), [this] { m_selected->changesign(); });
     });
