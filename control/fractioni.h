@@ -300,6 +300,7 @@ private:
     void setcontrolfont(QWidget *control, const QFont &source, double size);
     double centeroffset(const QString &numer, const QString &denom) const;
     double arrangefields();
+    void liftdenominator();
     double textwidth(const QWidget *field, const QString &text) const;
     double textheight(const QWidget *field, const QString &text) const;
     double twipwidth() const;

@@ -2,6 +2,7 @@
 #include "fractioni.h"
 
 #include "modfracglobal.h"
+#include "fractionipaint.h"
 #include "twips.h"
 
 #include <QFontInfo>
@@ -229,7 +230,20 @@ double fractioni::arrangefields()
     }
     const QRectF grip = twiprect(lblgrip);
     placecontrol(lblgrip, W - grip.width() - B * gapx, H - grip.height() - B * gapy);
+    liftdenominator();
     return d;
+}
+
+void fractioni::liftdenominator()
+{
+    // The denominator's field may reach below the control (its place follows the layout rules
+    // that hosts read); its text is drawn higher inside the field so that no digit is cut off by
+    // the control's edge or its border.
+    const int limit = height() - (m_borderstyle != borderstylenone ? 1 : 0);
+    const int lift = fractionpaint::denominatorlift(denominator->font(), denominator->height(), denominator->y(),
+                                                     denominator->text(), limit, devicePixelRatioF());
+    if (denominator->textMargins().bottom() != lift)
+        denominator->setTextMargins(-2, -lift, -3, lift);
 }
 
 void fractioni::resizeprocedure()
@@ -332,19 +346,24 @@ void fractioni::paintseparator(QPainter &painter) const
     // denominator's digits.
     const QRect numer = numerator->geometry();
     const QRect denom = denominator->geometry();
-    const QFontMetricsF metrics(numerator->font());
-    const double numerbottom = numer.top() + metrics.ascent();
-    const double denomtop = denom.top() + metrics.ascent() - metrics.capHeight();
     const QRect &wider = m_separatoroffset < 0 ? denom : numer;
-    painter.setRenderHint(QPainter::Antialiasing, m_fractionslash);
-    painter.setPen(QPen(separator, std::max(1.0, metrics.lineWidth())));
     // Over a field without width (an empty control) the separator has no length: nothing shows.
-    const bool haslength = wider.width() > 0;
-    if (haslength && m_fractionslash) {
-        painter.drawLine(QPointF(wider.left(), denomtop), QPointF(wider.left() + wider.width(), numerbottom));
-    } else if (haslength) {
-        const double y = std::floor((numerbottom + denomtop) / 2) + 0.5;
-        painter.drawLine(QPointF(wider.left(), y), QPointF(wider.left() + wider.width(), y));
+    if (wider.width() > 0) {
+        // Between the numerator's ink and the denominator's ink rather than between the fields,
+        // which overlap the glyphs: a line there would be flat or run through the digits.
+        const double numerbottom =
+            numer.top()
+            + fractionpaint::inkbottom(numerator->font(), numer.height(), numerator->text(), 0, devicePixelRatioF());
+        const double denomtop = denom.top()
+                              + fractionpaint::inktop(denominator->font(), denom.height(), denominator->text(),
+                                                      denominator->textMargins().bottom(), devicePixelRatioF());
+        const QLineF line = fractionpaint::separatorline(wider, numerbottom, denomtop, m_fractionslash,
+                                                         devicePixelRatioF(), QFontMetricsF(numerator->font()).lineWidth());
+        painter.setRenderHint(QPainter::Antialiasing, m_fractionslash);
+        // Flat ends: a square cap would reach past the line's end toward the digits.
+        painter.setPen(QPen(separator, fractionpaint::separatorwidth(QFontMetricsF(numerator->font()).lineWidth()),
+                            Qt::SolidLine, Qt::FlatCap));
+        painter.drawLine(line);
     }
     if (m_borderstyle != borderstylenone) {
         painter.setRenderHint(QPainter::Antialiasing, false);

@@ -273,7 +273,7 @@ void tst_fractionilayout::separator()
     QLineEdit *denom = s.field("denominator");
     const QFontMetrics metrics(numer->font());
     const int top = numer->y() + metrics.ascent() + 1;
-    const int bottom = denom->y() + metrics.ascent() - metrics.capHeight() - 1;
+    const int bottom = denom->y() + metrics.ascent() - metrics.capHeight() - denom->textMargins().bottom() - 1;
     QVERIFY(bottom > top);
     const int left = std::min(numer->x(), denom->x());
     const int right = std::max(numer->x(), denom->x()) + numer->width();
@@ -299,8 +299,9 @@ void tst_fractionilayout::separator()
     }
     QVERIFY2(!rows.isEmpty(), "no separator between the fields");
     if (!slash) {
-        QVERIFY(rows.size() <= 2);
-        QVERIFY(*std::max_element(rows.begin(), rows.end()) >= numer->width() - 2);
+        // One bar of at most two rows across the field; the digits' antialiased edges may show.
+        const auto across = std::count_if(rows.begin(), rows.end(), [&](int n) { return n >= numer->width() - 2; });
+        QVERIFY(across >= 1 && across <= 2);
     } else {
         // Lower left to upper right: the ink moves left as the rows go down.
         QVERIFY(rows.size() >= 3);

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QFont>
+#include <QLineF>
+#include <QRect>
+#include <QString>
+
+/*!
+ * Where a fraction's texts and separator are drawn, from fonts and rectangles alone: the control
+ * uses it for its fields and anything else that paints a fraction the same way can too.
+ */
+namespace kelfractionint::fractionpaint {
+
+/*! The top and the bottom of the ink of \a text in a frameless line edit of \a fieldheight
+ *  pixels whose text is raised by \a lift pixels, from the field's top, at the pixel density
+ *  \a dpr; the baseline for a text without ink. */
+double inktop(const QFont &font, int fieldheight, const QString &text, int lift, qreal dpr);
+double inkbottom(const QFont &font, int fieldheight, const QString &text, int lift, qreal dpr);
+/*! How far the text of a field at \a fieldtop must be raised so that its ink ends above
+ *  \a limit (all in the parent's pixels), as far as the ink above leaves room. */
+int denominatorlift(const QFont &font, int fieldheight, int fieldtop, const QString &text, int limit, qreal dpr);
+/*! The pen width of a separator in a font whose line width is \a linewidth. */
+double separatorwidth(double linewidth);
+/*! The separator over \a wider: a slash from its lower left to its upper right, or a bar,
+ *  between the numerator's ink ending at \a numerbottom and the denominator's ink starting at
+ *  \a denomtop, one device pixel clear of both where there is room. */
+QLineF separatorline(const QRect &wider, double numerbottom, double denomtop, bool slash, double devicepixelratio,
+                     double linewidth);
+
+} // namespace kelfractionint::fractionpaint
