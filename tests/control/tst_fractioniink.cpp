@@ -169,7 +169,9 @@ void tst_fractioniink::sizespicture()
     if (dir.isEmpty())
         QSKIP("KEL_PICTURE_DIR names the folder for the picture");
     QWidget form;
-    form.setStyleSheet(QStringLiteral("background: white"));
+    QPalette white = form.palette();
+    white.setColor(QPalette::Window, Qt::white);
+    form.setPalette(white);
     auto *grid = new QGridLayout(&form);
     grid->setHorizontalSpacing(18);
     const QList<std::tuple<const char *, QStringList, bool, int>> states{
