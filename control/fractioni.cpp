@@ -190,6 +190,8 @@ void fractioni::initialize(const propertybag *bag)
         // The field is exactly as wide as its text: the line edit's own inner margin is taken
         // back, and one pixel more on the right leaves room for the caret.
         field->setTextMargins(-2, 0, -3, 0);
+        // A value the control accepts is never cut short by its field.
+        field->setMaxLength(std::numeric_limits<int>::max());
         field->installEventFilter(this);
         connect(field, &QLineEdit::textEdited, this, [this, field] { fieldedited(field); });
         *member = field;
@@ -212,6 +214,11 @@ void fractioni::initialize(const propertybag *bag)
         m_wholeallowedchars = defaultallowedchars();
         m_numerallowedchars = defaultallowedchars();
         m_denomallowedchars = defaultallowedchars();
+        static const QSet<QString> defaultmembers = [] {
+            const QStringList chars = defaultallowedchars();
+            return QSet<QString>(chars.begin(), chars.end());
+        }();
+        m_wholemembers = m_numermembers = m_denommembers = defaultmembers;
         startingup = true;
     });
     // The fields receive the new control's value once its font is final: a text laid out in the

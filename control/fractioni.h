@@ -6,6 +6,7 @@
 #include <QList>
 #include <QPixmap>
 #include <QPointer>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -264,8 +265,9 @@ private:
     bool validfractionpart(const QVariant &set, const QString &text) const;
     void reapply(void (fractioni::*setter)(const QString &), QString stored);
     void setfieldtext(QLineEdit *field, const QString &text);
-    static bool allcharsallowed(const QVariant &set, const QString &text);
-    static bool charinset(const QVariant &set, const QString &ch);
+    bool allcharsallowed(const QVariant &set, const QString &text) const;
+    bool charinset(const QVariant &set, const QString &ch) const;
+    const QSet<QString> &membersof(const QVariant &set) const;
     static bool singlecharsonly(const QVariant &candidate);
     static QStringList uniquechars(const QStringList &candidate);
     static QStringList defaultallowedchars();
@@ -351,6 +353,9 @@ private:
     QVariant m_wholeallowedchars;
     QVariant m_numerallowedchars;
     QVariant m_denomallowedchars;
+    QSet<QString> m_wholemembers;
+    QSet<QString> m_numermembers;
+    QSet<QString> m_denommembers;
     bool m_wholepartlocked = false;
     bool m_numeratorlocked = false;
     bool m_denominatorlocked = false;

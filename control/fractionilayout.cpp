@@ -1,8 +1,9 @@
 // Layout in twips, painting, and the appearance properties.
 #include "fractioni.h"
 
-#include "modfracglobal.h"
+#include "ambient.h"
 #include "fractionipaint.h"
+#include "modfracglobal.h"
 #include "twips.h"
 
 #include <QFontInfo>
@@ -135,7 +136,14 @@ void fractioni::placecontrol(QWidget *child, double left, double top)
 
 void fractioni::setcontrolfont(QWidget *control, const QFont &source, double size)
 {
-    QFont font(source.family());
+    // A font without a family cannot be saved (Qt crashes serializing it): the control never
+    // holds one and takes the container's family instead.
+    QString family = source.family();
+    if (family.trimmed().isEmpty())
+        family = ambient::font(this).family();
+    if (family.trimmed().isEmpty())
+        family = QGuiApplication::font().family();
+    QFont font(family);
     font.setBold(source.bold());
     font.setItalic(source.italic());
     font.setPointSizeF(std::isfinite(size) ? std::clamp(size, minfontsize, maxfontsize) : minfontsize);

@@ -6,16 +6,13 @@
 #include <QAccessible>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
+#include <QHash>
 #include <QLineEdit>
+#include <QSet>
 
 namespace kelfractionint {
 
 namespace {
-
-QStringList asset(const QVariant &set)
-{
-    return set.toStringList();
-}
 
 bool isnumeric(const QString &text)
 {
@@ -41,18 +38,28 @@ QStringList fractioni::defaultallowedchars()
     return chars;
 }
 
-bool fractioni::charinset(const QVariant &set, const QString &ch)
+const QSet<QString> &fractioni::membersof(const QVariant &set) const
 {
-    return asset(set).contains(ch);
+    if (&set == &m_wholeallowedchars)
+        return m_wholemembers;
+    if (&set == &m_numerallowedchars)
+        return m_numermembers;
+    return m_denommembers;
 }
 
-bool fractioni::allcharsallowed(const QVariant &set, const QString &text)
+bool fractioni::charinset(const QVariant &set, const QString &ch) const
+{
+    // The ordered array is what hosts read; membership is looked up in its hashed twin.
+    return membersof(set).contains(ch);
+}
+
+bool fractioni::allcharsallowed(const QVariant &set, const QString &text) const
 {
     if (!set.isValid())
         return false;
-    const QStringList chars = asset(set);
+    const QSet<QString> &members = membersof(set);
     for (const QChar c : text) {
-        if (!chars.contains(QString(c)))
+        if (!members.contains(QString(c)))
             return false;
     }
     return true;
@@ -71,17 +78,16 @@ bool fractioni::singlecharsonly(const QVariant &candidate)
 QStringList fractioni::uniquechars(const QStringList &candidate)
 {
     // Each distinct element is kept once, at its lowest index, walking from the highest index
-    // down, so the first element always comes last; hosts rely on this order.
+    // down, so the first element always comes last; hosts rely on this order. The lowest index of
+    // each element is found first, in one pass.
+    QHash<QString, qsizetype> lowest;
+    lowest.reserve(candidate.size());
+    for (qsizetype i = 0; i < candidate.size(); ++i)
+        lowest.insert(candidate.at(i), std::min(i, lowest.value(candidate.at(i), i)));
     QStringList result;
+    result.reserve(lowest.size());
     for (qsizetype i = candidate.size() - 1; i >= 0; --i) {
-        if (i == 0) {
-            result.append(candidate.at(0));
-            break;
-        }
-        bool repeat = false;
-        for (qsizetype j = 0; j < i && !repeat; ++j)
-            repeat = candidate.at(j) == candidate.at(i);
-        if (!repeat)
+        if (lowest.value(candidate.at(i)) == i)
             result.append(candidate.at(i));
     }
     return result;
@@ -94,7 +100,12 @@ bool fractioni::setallowedchars(QVariant &set, const QVariant &value)
     // A single string is not an array of strings: it is ignored like any other foreign value.
     if (value.typeId() == QMetaType::QString || !singlecharsonly(value))
         return false;
-    set = QVariant(uniquechars(value.toStringList()));
+    const QStringList unique = uniquechars(value.toStringList());
+    QSet<QString> &members = &set == &m_wholeallowedchars ? m_wholemembers
+                           : &set == &m_numerallowedchars ? m_numermembers
+                                                          : m_denommembers;
+    members = QSet<QString>(unique.begin(), unique.end());
+    set = QVariant(unique);
     return true;
 }
 

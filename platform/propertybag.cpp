@@ -1,5 +1,6 @@
 #include "propertybag.h"
 
+#include <QFont>
 #include <QSettings>
 
 #include <algorithm>
@@ -86,11 +87,20 @@ bool settingspropertybag::load(const QString &name, QVariant &value) const
     if (!m_settings.contains(path))
         return false;
     value = m_settings.value(path);
+    // A damaged entry (a serialized value whose data cannot be read) comes back as a null
+    // string: it counts as absent, so the key's default applies.
+    if (!value.isValid() || (value.typeId() == QMetaType::QString && value.toString().isNull()))
+        return false;
     return true;
 }
 
 void settingspropertybag::store(const QString &name, const QVariant &value)
 {
+    // Qt cannot serialize a font without a family (it crashes): such a font is never written.
+    if (value.typeId() == QMetaType::QFont && value.value<QFont>().family().isEmpty()) {
+        m_settings.remove(keypath(name));
+        return;
+    }
     m_settings.setValue(keypath(name), value);
 }
 

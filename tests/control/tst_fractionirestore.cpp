@@ -6,9 +6,12 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QFile>
 #include <QImage>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QSettings>
+#include <QTemporaryDir>
 #include <QTest>
 
 using kelfractionint::fractioni;
@@ -27,6 +30,10 @@ private Q_SLOTS:
     void numberintextkey();
     void editingkeysinwholepart_data();
     void editingkeysinwholepart();
+    void fontwithoutfamily_data();
+    void fontwithoutfamily();
+    void damagedentrycountsasabsent();
+    void longvaluekeptwhole();
     void emptycontrolshowsnoseparator_data();
     void emptycontrolshowsnoseparator();
 };
@@ -151,6 +158,68 @@ void tst_fractionirestore::editingkeysinwholepart()
     }
     QCOMPARE(field->text(), expected);
     QCOMPARE(control.Wholepartvalue(), expected);
+}
+
+void tst_fractionirestore::fontwithoutfamily_data()
+{
+    QTest::addColumn<QVariant>("font");
+    QTest::addColumn<bool>("restored");
+    QFont nameless(QStringLiteral("x"));
+    nameless.setFamily(QString());
+    QTest::newRow("assigned") << QVariant(nameless) << false;
+    QTest::newRow("restored from a font") << QVariant(nameless) << true;
+    QTest::newRow("restored from a damaged text") << QVariant(QStringLiteral(",12,-1,5,50,0,0,0,0,0")) << true;
+}
+
+void tst_fractionirestore::fontwithoutfamily()
+{
+    QFETCH(QVariant, font);
+    QFETCH(bool, restored);
+    memorypropertybag source;
+    source.setraw(QStringLiteral("Font"), font);
+    std::unique_ptr<fractioni> control(restored ? new fractioni(source) : new fractioni);
+    if (!restored)
+        control->setFont(font.value<QFont>());
+    QVERIFY(!control->Font().family().isEmpty());
+    // Saving it works, and what is saved reads back with a family.
+    QTemporaryDir dir;
+    {
+        QSettings settings(dir.filePath(QStringLiteral("form.ini")), QSettings::IniFormat);
+        kelfractionint::settingspropertybag bag(settings, QStringLiteral("first"));
+        control->WriteProperties(bag);
+        settings.sync();
+        QCOMPARE(settings.status(), QSettings::NoError);
+    }
+    QSettings settings(dir.filePath(QStringLiteral("form.ini")), QSettings::IniFormat);
+    const kelfractionint::settingspropertybag bag(settings, QStringLiteral("first"));
+    QVERIFY(!fractioni(bag).Font().family().isEmpty());
+}
+
+void tst_fractionirestore::damagedentrycountsasabsent()
+{
+    // A string entry whose data claims 2 GB, as a damaged or hostile form file holds it.
+    QTemporaryDir dir;
+    QFile file(dir.filePath(QStringLiteral("form.ini")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("[first]\nWholepartvalue=@Variant(\\0\\0\\0\\n\\0\\x7f\\xff\\xff\\xfe)\nNumeratorvalue=3\n");
+    file.close();
+    QSettings settings(file.fileName(), QSettings::IniFormat);
+    const kelfractionint::settingspropertybag bag(settings, QStringLiteral("first"));
+    QCOMPARE(testsupport::value(fractioni(bag)), (QStringList{"4", "3", "7"}));
+}
+
+void tst_fractionirestore::longvaluekeptwhole()
+{
+    // Longer than a line edit keeps by default: typing at its end loses nothing.
+    fractioni control;
+    control.setFracType(fractioni::fracAlgebraic);
+    control.setNumerallowedchars(QStringList{"a"});
+    control.setNumeratorvalue(QString(40000, QLatin1Char('a')));
+    auto *field = control.findChild<QLineEdit *>(QStringLiteral("numerator"));
+    field->end(false);
+    QKeyEvent press(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier, QStringLiteral("a"));
+    QApplication::sendEvent(field, &press);
+    QCOMPARE(control.Numeratorvalue().size(), 40001);
 }
 
 void tst_fractionirestore::emptycontrolshowsnoseparator_data()

@@ -8,7 +8,9 @@
 #include "messageboxsink.h"
 #include "typelibrary.h"
 
+#include <QCoreApplication>
 #include <QFont>
+#include <QJSValueIterator>
 #include <QPixmap>
 #include <QTextStream>
 #include <QUrl>
@@ -20,6 +22,12 @@ namespace kelfractionint {
 
 namespace {
 
+// Arrays a script passes hold at most this many elements; a collection's reading stops at its
+// first item that is no control, so the controls placed bound it.
+constexpr int maxarrayitems = 1 << 20;
+// Event handlers that assign the value may raise events within each other this deep.
+constexpr int maxeventdepth = 64;
+
 // The script side of the host: controls are proxies that route every member of the interface
 // through the dispatch table by its dispatch id, so that scripts bind exactly as containers do.
 // Assigning a name the control lacks throws 438 instead of making a script-only property.
@@ -29,25 +37,65 @@ const char *prelude = R"JS(
     const global = this;
     const members = host.membertable();
     const events = host.eventnames().concat(['propertychanged']);
-    const targets = new WeakMap();
+    // A control's proxy answers this key with its control: finding a control is one lookup,
+    // whatever the number of controls (a WeakMap of proxies is searched entry by entry).
+    const targetkey = Symbol('control');
+    // Event handlers that change the value raise events again; past this depth the delivery
+    // stops and the outermost call throws 28 once.
+    const maxdepth = host.eventdepthlimit();
+    let depth = 0;
+    let overflowed = false;
+
+    function istarget(value) {
+        return value !== null && typeof value === 'object' && value[targetkey] !== undefined;
+    }
+
+    function count(value) {
+        let n;
+        try {
+            n = value.Count;
+        } catch (e) {
+            if (e !== null && typeof e === 'object' && e.number !== undefined)
+                throw e;
+            host.fail(13, 'reading the collection\'s Count failed: ' + e);
+        }
+        if (!Number.isInteger(n) || n < 0)
+            host.fail(13, 'a collection\'s Count must be a whole number, not ' + String(n));
+        return n;
+    }
 
     function unwrap(value) {
+        if (typeof value === 'symbol')
+            host.fail(13, 'a Symbol is no value');
         if (value === null || typeof value !== 'object')
             return value;
-        if (targets.has(value))
-            return targets.get(value);
-        if (Array.isArray(value))
-            return value.map(unwrap);
-        if (typeof value.Count === 'number') {
-            // A collection: 1-based Item(i) as in Basic, or items by 0-based index. Reading stops
-            // at the first item that is no control, which the operation then refuses.
-            if (!Number.isInteger(value.Count) || value.Count < 0)
-                throw new TypeError('a collection\'s Count must be a whole number, not ' + value.Count);
+        if (istarget(value))
+            return value[targetkey];
+        if (Array.isArray(value)) {
+            if (value.length > host.maxitems())
+                host.fail(6, 'an array of ' + value.length + ' elements is more than ' + host.maxitems());
+            const items = new Array(value.length);
+            for (let i = 0; i < value.length; ++i)
+                items[i] = unwrap(value[i]);
+            return items;
+        }
+        if ('Count' in value) {
+            // A collection: 1-based Item(i) as in Basic, or items by 0-based index. Count is read
+            // once, as an automation client reads it. Reading stops at the first item that is no
+            // control, which the operation then refuses.
+            const n = count(value);
             const items = [];
-            for (let i = 0; i < value.Count; ++i) {
-                const item = typeof value.Item === 'function' ? value.Item(i + 1) : value[i];
+            for (let i = 0; i < n; ++i) {
+                let item;
+                try {
+                    item = typeof value.Item === 'function' ? value.Item(i + 1) : value[i];
+                } catch (e) {
+                    if (e !== null && typeof e === 'object' && e.number !== undefined)
+                        throw e;
+                    host.fail(13, 'reading item ' + (i + 1) + ' of the collection failed: ' + e);
+                }
                 items.push(unwrap(item));
-                if (!targets.has(item))
+                if (!istarget(item))
                     break;
             }
             return items;
@@ -59,18 +107,61 @@ const char *prelude = R"JS(
         const outcome = host.invoke(target, dispid, kind, args.map(unwrap));
         for (const [index, value] of outcome.refs) {
             const original = args[index];
-            if (Array.isArray(original) && Array.isArray(value))
-                original.splice(0, original.length, ...value);
+            if (Array.isArray(original) && Array.isArray(value)) {
+                // Element by element: spreading a long array would overflow the engine's stack.
+                original.length = value.length;
+                for (let i = 0; i < value.length; ++i)
+                    original[i] = value[i];
+            }
         }
         if (outcome.error !== undefined)
             throw outcome.error;
+        if (overflowed && depth === 0) {
+            overflowed = false;
+            host.fail(28, 'event handlers changed the value ' + maxdepth + ' times within each other');
+        }
         return outcome.value;
+    }
+
+    // A signal whose handlers run within the depth bound.
+    function boundedsignal(signal) {
+        const wrappers = new Map();
+        return {
+            connect(handler) {
+                const wrapper = function (...args) {
+                    if (overflowed)
+                        return;
+                    if (depth >= maxdepth) {
+                        overflowed = true;
+                        return;
+                    }
+                    ++depth;
+                    try {
+                        handler.apply(this, args);
+                    } finally {
+                        --depth;
+                    }
+                };
+                wrappers.set(handler, wrapper);
+                signal.connect(wrapper);
+            },
+            disconnect(handler) {
+                const wrapper = wrappers.get(handler);
+                if (wrapper !== undefined) {
+                    wrappers.delete(handler);
+                    signal.disconnect(wrapper);
+                }
+            }
+        };
     }
 
     function makecontrol(target) {
         const methods = {};
+        const signals = {};
         const proxy = new Proxy({}, {
             get(unused, name) {
+                if (name === targetkey)
+                    return target;
                 if (typeof name !== 'string')
                     return undefined;
                 const member = Object.prototype.hasOwnProperty.call(members, name) ? members[name] : undefined;
@@ -82,8 +173,11 @@ const char *prelude = R"JS(
                     }
                     return call(target, member.get, 'get', []);
                 }
-                if (events.includes(name))
-                    return target[name];
+                if (events.includes(name)) {
+                    if (!signals[name])
+                        signals[name] = boundedsignal(target[name]);
+                    return signals[name];
+                }
                 switch (name) {
                 case 'WriteProperties': return bag => host.writeproperties(target, unwrap(bag));
                 case 'ReadProperties': return bag => host.readproperties(target, unwrap(bag));
@@ -111,9 +205,13 @@ const char *prelude = R"JS(
             deleteProperty(unused, name) {
                 host.raise(438, String(name));
                 return false;
+            },
+            defineProperty(unused, name) {
+                // A property defined on a control would hide its member from later reads.
+                host.raise(438, String(name));
+                return false;
             }
         });
-        targets.set(proxy, target);
         return proxy;
     }
 
@@ -164,6 +262,9 @@ scripthost::scripthost(QObject *parent)
 
 scripthost::~scripthost()
 {
+    // Events posted to the controls are delivered first: each object destroyed with events
+    // pending searches the whole queue for them.
+    QCoreApplication::sendPostedEvents();
     m_scriptcontrols.clear();
     m_makecontrol = QJSValue();
     m_form.reset();
@@ -237,6 +338,22 @@ void scripthost::throwautomation(int number, const QString &description, const Q
     m_engine.throwError(automationerrorobject(number, description, detail));
 }
 
+void scripthost::fail(int number, const QString &detail)
+{
+    throwautomation(number, QString::fromStdString(modfracglobal::automationerror::standarddescription(number)),
+                    detail);
+}
+
+int scripthost::maxitems() const
+{
+    return maxarrayitems;
+}
+
+int scripthost::eventdepthlimit() const
+{
+    return maxeventdepth;
+}
+
 void scripthost::raise(int number, const QString &name)
 {
     const argumenterror error(number, name);
@@ -255,7 +372,9 @@ QJSValue scripthost::scriptcontrol(fractioni *control)
     QJSEngine::setObjectOwnership(control, QJSEngine::CppOwnership);
     QJSValue proxy = m_makecontrol.call({m_engine.newQObject(control)});
     m_scriptcontrols.insert(control, proxy);
-    connect(control, &QObject::destroyed, this, [this, control] { m_scriptcontrols.remove(control); });
+    // The control itself is the connection's context: thousands of connections to the host would
+    // make each control's destruction search them all.
+    connect(control, &QObject::destroyed, control, [this, control] { m_scriptcontrols.remove(control); });
     return proxy;
 }
 
@@ -318,7 +437,7 @@ QJSValue scripthost::toscript(const QVariant &value)
     }
 }
 
-QVariant scripthost::fromscript(const QJSValue &value) const
+QVariant scripthost::fromscript(const QJSValue &value)
 {
     if (value.isUndefined())
         return {};
@@ -326,20 +445,41 @@ QVariant scripthost::fromscript(const QJSValue &value) const
         return QVariant::fromValue<QObject *>(nullptr);
     if (value.isQObject())
         return QVariant::fromValue(value.toQObject());
-    if (value.isArray()) {
-        QVariantList items;
-        const int length = value.property(QStringLiteral("length")).toInt();
-        for (int i = 0; i < length; ++i)
-            items.append(fromscript(value.property(quint32(i))));
-        return items;
-    }
     if (value.isBool())
         return value.toBool();
     if (value.isNumber())
         return value.toNumber();
     if (value.isString())
         return value.toString();
-    return value.toVariant();
+    if (!value.isObject()) {
+        // What is left is a Symbol, which no automation value stands for (and which Qt cannot
+        // convert).
+        fail(13, QStringLiteral("a Symbol is no value"));
+        return {};
+    }
+    if (value.isArray()) {
+        // The length is checked before any element is read: a sparse array may claim 2^32 - 1.
+        const double length = value.property(QStringLiteral("length")).toNumber();
+        if (!(length <= maxarrayitems)) {
+            fail(6, QStringLiteral("an array of %1 elements is more than %2").arg(length).arg(maxarrayitems));
+            return {};
+        }
+        QVariantList items;
+        items.reserve(qsizetype(length));
+        for (quint32 i = 0; i < quint32(length) && !m_engine.hasError(); ++i)
+            items.append(fromscript(value.property(i)));
+        return items;
+    }
+    if (value.isCallable() || value.isDate() || value.isRegExp() || value.isError())
+        return value.toVariant();
+    // A plain object (a font, for instance): its own properties, each converted the same way.
+    QVariantMap properties;
+    QJSValueIterator it(value);
+    while (it.hasNext() && !m_engine.hasError()) {
+        it.next();
+        properties.insert(it.name(), fromscript(it.value()));
+    }
+    return properties;
 }
 
 QJSValue scripthost::invoke(const QJSValue &control, const QJSValue &dispid, const QJSValue &kind,
@@ -364,6 +504,8 @@ QJSValue scripthost::invoke(const QJSValue &control, const QJSValue &dispid, con
         return {};
     }
     QVariantList arguments = fromscript(args).toList();
+    if (m_engine.hasError())
+        return {};
     // The by-reference arguments as the member left them, for the script to write back.
     auto outcomewith = [&](const QVariant &result) {
         QJSValue outcome = m_engine.newObject();
@@ -406,9 +548,10 @@ QJSValue scripthost::invoke(const QJSValue &control, const QJSValue &dispid, con
 
 void scripthost::placecontrol(fractioni *control)
 {
-    // New controls go below the ones already on the form.
-    const QRect used = m_form->childrenRect();
-    control->move(8, used.isNull() ? 8 : used.bottom() + 8);
+    // New controls go below the ones already on the form (kept as a running bottom: measuring
+    // every child on each creation would make placing n controls cost n squared).
+    control->move(8, m_nexttop);
+    m_nexttop = control->geometry().bottom() + 9;
     control->setObjectName(QStringLiteral("fractioni%1").arg(++m_created));
     control->show();
     m_controls.append(control);

@@ -65,6 +65,9 @@ public:
     Q_INVOKABLE void readproperties(const QJSValue &control, const QJSValue &bag);
     Q_INVOKABLE void writeproperties(const QJSValue &control, const QJSValue &bag);
     Q_INVOKABLE void raise(int number, const QString &name);
+    Q_INVOKABLE void fail(int number, const QString &detail);
+    Q_INVOKABLE int maxitems() const;
+    Q_INVOKABLE int eventdepthlimit() const;
     Q_INVOKABLE QJSValue routine(const QString &name, const QJSValue &args);
 
     /*! A script value for \a value: controls as their script objects, fonts and pictures as plain
@@ -72,7 +75,7 @@ public:
     QJSValue toscript(const QVariant &value);
     /*! An automation value for a script value: QObject pointers for objects of the host, lists for
      *  arrays, Empty for undefined and Nothing for null. */
-    QVariant fromscript(const QJSValue &value) const;
+    QVariant fromscript(const QJSValue &value);
 
     /*! Throws the script error for an automation error (see the class). */
     QJSValue automationerrorobject(int number, const QString &description, const QString &detail = {});
@@ -93,6 +96,7 @@ private:
     QHash<fractioni *, QJSValue> m_scriptcontrols;
     QList<QPointer<fractioni>> m_controls;
     int m_created = 0;
+    int m_nexttop = 8;
 };
 
 } // namespace kelfractionint

@@ -17,12 +17,19 @@ void scriptpropertybag::WriteProperty(const QString &name, const QJSValue &value
                                 QStringLiteral("WriteProperty: the name must not be empty"));
         return;
     }
-    m_bag.writeproperty(name, m_host->fromscript(value), m_host->fromscript(defaultvalue));
+    const QVariant stored = m_host->fromscript(value);
+    const QVariant unstored = m_host->fromscript(defaultvalue);
+    if (m_host->engine().hasError())
+        return;
+    m_bag.writeproperty(name, stored, unstored);
 }
 
 QJSValue scriptpropertybag::ReadProperty(const QString &name, const QJSValue &defaultvalue)
 {
-    return m_host->toscript(m_bag.readproperty(name, m_host->fromscript(defaultvalue)));
+    const QVariant unstored = m_host->fromscript(defaultvalue);
+    if (m_host->engine().hasError())
+        return {};
+    return m_host->toscript(m_bag.readproperty(name, unstored));
 }
 
 QStringList scriptpropertybag::keys() const
