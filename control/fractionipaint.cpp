@@ -26,7 +26,16 @@ struct ink
 ink measuredink(const QFont &font, const QString &text, qreal dpr)
 {
     static QHash<QString, ink> known;
-    const QString key = font.key() + QLatin1Char('\x1f') + QString::number(dpr) + QLatin1Char('\x1f') + text;
+    // Painting asks again and again in one font: its key is made once.
+    static QFont lastfont;
+    static QString lastkey;
+    if (lastkey.isEmpty() || font != lastfont) {
+        lastfont = font;
+        lastkey = font.key();
+    }
+    QString key;
+    key.reserve(lastkey.size() + text.size() + 8);
+    key.append(lastkey).append(QLatin1Char('\x1f')).append(QString::number(dpr)).append(QLatin1Char('\x1f')).append(text);
     const auto found = known.constFind(key);
     if (found != known.constEnd())
         return *found;
@@ -131,6 +140,43 @@ QLineF separatorline(const QRect &wider, double numerbottom, double denomtop, bo
     if (bottom < top)
         top = bottom = (freetop + freebottom) / 2;
     return {left, bottom, right, top};
+}
+
+fractionparts arrange(const QFont &font, const QString &whole, const QString &numerator, const QString &denominator,
+                      bool slash, qreal devicepixelratio)
+{
+    constexpr int gap = 2;
+    const QFontMetricsF metrics(font);
+    const int line = QFontMetrics(font).height();
+    const int height = 2 * line;
+    const int wholewidth = whole.isEmpty() ? 0 : int(std::ceil(metrics.horizontalAdvance(whole)));
+    const double numerwidth = metrics.horizontalAdvance(numerator);
+    const double denomwidth = metrics.horizontalAdvance(denominator);
+    const int fracwidth = int(std::ceil(std::max(numerwidth, denomwidth)));
+    // Texts of equal length give no offset even when their drawn widths differ, as in the control.
+    const int offset = numerator.size() == denominator.size() ? 0 : int(std::lround((numerwidth - denomwidth) / 2));
+    fractionparts parts;
+    const int width = 3 * gap + wholewidth + fracwidth + std::abs(offset);
+    parts.size = QSize(width, height);
+    int left = 0;
+    int numertop = height / 8;
+    int denomtop = 5 * height / 8;
+    if (!whole.isEmpty()) {
+        parts.whole = QRect(gap, height / 4, wholewidth, line);
+        left = gap + wholewidth;
+    } else {
+        left = (width - fracwidth) / 2;
+        numertop = height / 4 - line / 2;
+        denomtop = height / 4 + line - line / 2;
+    }
+    parts.numerator = QRect(left + std::max(0, -offset), numertop, fracwidth, line);
+    parts.denominator = QRect(left + std::max(0, offset), denomtop, fracwidth, line);
+    parts.denominatorlift = denominatorlift(font, line, denomtop, denominator, height, devicepixelratio);
+    const double numerbottom = numertop + inkbottom(font, line, numerator, 0, devicepixelratio);
+    const double denominktop = denomtop + inktop(font, line, denominator, parts.denominatorlift, devicepixelratio);
+    parts.separator = separatorline(offset < 0 ? parts.denominator : parts.numerator, numerbottom, denominktop, slash,
+                                    devicepixelratio, metrics.lineWidth());
+    return parts;
 }
 
 } // namespace kelfractionint::fractionpaint

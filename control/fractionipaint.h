@@ -27,4 +27,20 @@ double separatorwidth(double linewidth);
 QLineF separatorline(const QRect &wider, double numerbottom, double denomtop, bool slash, double devicepixelratio,
                      double linewidth);
 
+/*! Where a fraction's parts go in a box of their own, in pixels, by the control's rules: the
+ *  whole part a quarter down, the numerator an eighth down and the denominator five eighths down
+ *  a box two lines high, the narrower of numerator and denominator centred over the wider, two
+ *  pixels between the parts; the whole part left out when empty. */
+struct fractionparts
+{
+    QRect whole;
+    QRect numerator;
+    QRect denominator;
+    int denominatorlift = 0;
+    QLineF separator;
+    QSize size;
+};
+fractionparts arrange(const QFont &font, const QString &whole, const QString &numerator, const QString &denominator,
+                      bool slash, qreal devicepixelratio);
+
 } // namespace kelfractionint::fractionpaint

@@ -345,8 +345,10 @@ std::string strformatfraction(const FractionText &fraction)
     std::string whole = fraction[0];
     if (!whole.empty() && whole.front() == '+')
         whole.erase(0, 1);
-    if (fraction[1].empty() && fraction[2].empty())
-        return whole.empty() || whole == "-" ? std::string("0") : whole;
+    // A whole number shows no fraction part, whatever the denominator holds ("5" for 5 0/1).
+    const bool haswhole = !whole.empty() && whole != "-";
+    if (fraction[1].empty() && (haswhole || fraction[2].empty()))
+        return haswhole ? whole : std::string("0");
     std::string text = whole;
     if (!whole.empty() && whole != "-")
         text += ' ';

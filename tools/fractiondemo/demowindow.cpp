@@ -7,6 +7,7 @@
 #include "fractioni.h"
 #include "fractionvalues.h"
 #include "frmabout.h"
+#include "measurements.h"
 #include "messagesink.h"
 #include "propertybag.h"
 #include "propertypagedialog.h"
@@ -68,6 +69,7 @@ demowindow::demowindow(QWidget *parent)
     connect(ui->actionvaluespage, &QAction::triggered, this, [this] { openpages(0); });
     connect(ui->actionappearancepage, &QAction::triggered, this, [this] { openpages(1); });
     connect(ui->actionabout, &QAction::triggered, this, &demowindow::about);
+    connect(ui->actiontable, &QAction::triggered, this, &demowindow::opentable);
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget *, QWidget *now) { focuschanged(now); });
 
     select(first());
@@ -312,6 +314,17 @@ void demowindow::openpages(int page)
     dialog->setcurrentpage(page);
     connect(dialog, &QDialog::finished, this, &demowindow::syncautoreplace);
     dialog->open();
+}
+
+void demowindow::opentable()
+{
+    if (!m_table) {
+        m_table = new measurementspage(100000, this);
+        m_table->setWindowFlag(Qt::Window);
+        m_table->resize(520, 600);
+    }
+    m_table->show();
+    m_table->raise();
 }
 
 void demowindow::about()

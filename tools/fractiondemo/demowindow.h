@@ -16,6 +16,8 @@ class demowindow;
 
 namespace kelfractionint {
 
+class measurementspage;
+
 /*!
  * The demo's main window: two operand fractions and a result, a button for every operation of the
  * control, an Autoreplace toggle, a live log of the controls' events, the property pages and the
@@ -76,6 +78,7 @@ private:
     void setautoreplace(bool on);
     void openpages(int page);
     void about();
+    void opentable();
     void saveas();
     void open();
     void exportas();
@@ -84,6 +87,7 @@ private:
 
     std::unique_ptr<Ui::demowindow> ui;
     QPointer<fractioni> m_selected;
+    QPointer<measurementspage> m_table;
     QString m_formfile;
     struct sinkguard;
     std::unique_ptr<sinkguard> m_sink;

@@ -1,0 +1,202 @@
+// Fractions in item views, painted by the control's rules and edited in a fraction control.
+#include "fractiondelegate.h"
+
+#include "fractioni.h"
+#include "fractionipaint.h"
+#include "modfracglobal.h"
+#include "twips.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPainter>
+
+namespace kelfractionint {
+
+namespace {
+
+// Where a delegate's editor keeps its fields: Enter, Escape and Tab in any of them end the edit.
+constexpr char editorproperty[] = "kelfractionint_delegateeditor";
+
+} // namespace
+
+fractiondelegate::fractiondelegate(QObject *parent) : QStyledItemDelegate(parent)
+{
+}
+
+std::optional<QStringList> fractiondelegate::fractionof(const QModelIndex &index)
+{
+    const QVariant edit = index.data(Qt::EditRole);
+    if (edit.typeId() == QMetaType::QStringList) {
+        const QStringList parts = edit.toStringList();
+        if (parts.size() == 3)
+            return parts;
+    }
+    const QVariant display = index.data(Qt::DisplayRole);
+    if (display.typeId() != QMetaType::QString)
+        return std::nullopt;
+    // Read quietly: a cell that holds no fraction is shown as its text, without a message.
+    const modfracglobal::scopedmessagesink quiet([](const std::string &) {});
+    const modfracglobal::FractionResult record = modfracglobal::strparsefraction(display.toString().toStdString());
+    if (!record)
+        return std::nullopt;
+    return QStringList{QString::fromStdString((*record)[0]), QString::fromStdString((*record)[1]),
+                       QString::fromStdString((*record)[2])};
+}
+
+void fractiondelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    const std::optional<QStringList> record = fractionof(index);
+    if (!record) {
+        QStyledItemDelegate::paint(painter, option, index);
+        return;
+    }
+    QStyleOptionViewItem item = option;
+    initStyleOption(&item, index);
+    item.text.clear();
+    const QWidget *widget = option.widget;
+    QStyle *style = widget ? widget->style() : QApplication::style();
+    // Background, selection and focus as the view draws any cell.
+    style->drawControl(QStyle::CE_ItemViewItem, &item, painter, widget);
+
+    const QString &whole = record->at(0);
+    const QString numer = record->at(1);
+    const QString denom = numer.isEmpty() ? QString() : record->at(2);
+    const qreal dpr = painter->device() ? painter->device()->devicePixelRatioF() : 1.0;
+    const fractionpaint::fractionparts parts =
+        fractionpaint::arrange(item.font, whole, numer, denom, m_fractionslash, dpr);
+    // Centred in the cell vertically, from its left like the text of a cell.
+    const QPoint origin(option.rect.left() + 2, option.rect.top() + (option.rect.height() - parts.size.height()) / 2);
+    const bool selected = option.state.testFlag(QStyle::State_Selected);
+    const QColor sign = fromoleColor(whole.startsWith(QLatin1Char('-')) ? m_negforecolor : m_posforecolor);
+    const QColor color = selected ? option.palette.color(QPalette::HighlightedText) : sign;
+
+    painter->save();
+    painter->setClipRect(option.rect);
+    painter->setFont(item.font);
+    painter->setPen(color);
+    const double ascent = QFontMetricsF(item.font).ascent();
+    if (!whole.isEmpty())
+        painter->drawText(QPointF(origin.x() + parts.whole.left(), origin.y() + parts.whole.top() + ascent), whole);
+    if (!numer.isEmpty()) {
+        const QRect n = parts.numerator.translated(origin);
+        const QRect d = parts.denominator.translated(origin);
+        painter->drawText(QPointF(n.left(), n.top() + ascent), numer);
+        painter->drawText(QPointF(d.left(), d.top() - parts.denominatorlift + ascent), denom);
+        if (!parts.separator.isNull()) {
+            painter->setRenderHint(QPainter::Antialiasing, m_fractionslash);
+            painter->setPen(QPen(color, fractionpaint::separatorwidth(QFontMetricsF(item.font).lineWidth()),
+                                 Qt::SolidLine, Qt::FlatCap));
+            painter->drawLine(parts.separator.translated(origin));
+        }
+    }
+    painter->restore();
+}
+
+QSize fractiondelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    const std::optional<QStringList> record = fractionof(index);
+    if (!record)
+        return QStyledItemDelegate::sizeHint(option, index);
+    QStyleOptionViewItem item = option;
+    initStyleOption(&item, index);
+    const QString numer = record->at(1);
+    const fractionpaint::fractionparts parts = fractionpaint::arrange(
+        item.font, record->at(0), numer, numer.isEmpty() ? QString() : record->at(2), m_fractionslash, 1.0);
+    return parts.size + QSize(4, 2);
+}
+
+QWidget *fractiondelegate::createEditor(QWidget *parent, const QStyleOptionViewItem &option,
+                                        const QModelIndex &index) const
+{
+    if (!fractionof(index))
+        return QStyledItemDelegate::createEditor(parent, option, index);
+    auto *editor = new fractioni(parent);
+    editor->setAutoFillBackground(true);
+    editor->setFractionslash(m_fractionslash);
+    editor->setPosforecolor(m_posforecolor);
+    editor->setNegforecolor(m_negforecolor);
+    editor->setFont(option.font);
+    for (QLineEdit *field : editor->findChildren<QLineEdit *>()) {
+        field->setProperty(editorproperty, QVariant::fromValue<QObject *>(editor));
+        field->installEventFilter(const_cast<fractiondelegate *>(this));
+    }
+    return editor;
+}
+
+void fractiondelegate::setEditorData(QWidget *editor, const QModelIndex &index) const
+{
+    auto *control = qobject_cast<fractioni *>(editor);
+    const std::optional<QStringList> record = fractionof(index);
+    if (!control || !record) {
+        QStyledItemDelegate::setEditorData(editor, index);
+        return;
+    }
+    const modfracglobal::scopedmessagesink quiet([](const std::string &) {});
+    try {
+        control->loadfraction(*record);
+    } catch (const modfracglobal::automationerror &) {
+        // A part the control refuses keeps the control's value.
+    }
+    // F2 or a double-click puts the caret in the first part shown.
+    for (const char *name : {"wholepart", "numerator", "denominator"}) {
+        auto *field = control->findChild<QLineEdit *>(QLatin1String(name));
+        if (field && !field->isHidden()) {
+            control->setFocusProxy(field);
+            break;
+        }
+    }
+}
+
+void fractiondelegate::setModelData(QWidget *editor, QAbstractItemModel *model, const QModelIndex &index) const
+{
+    auto *control = qobject_cast<fractioni *>(editor);
+    if (!control) {
+        QStyledItemDelegate::setModelData(editor, model, index);
+        return;
+    }
+    model->setData(index, QStringList{control->Wholepartvalue(), control->Numeratorvalue(), control->Denominatorvalue()},
+                   Qt::EditRole);
+}
+
+void fractiondelegate::updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option,
+                                            const QModelIndex &index) const
+{
+    if (!qobject_cast<fractioni *>(editor)) {
+        QStyledItemDelegate::updateEditorGeometry(editor, option, index);
+        return;
+    }
+    // The control keeps the size it computes for its content; it stands at the cell's corner.
+    editor->move(option.rect.topLeft());
+}
+
+bool fractiondelegate::eventFilter(QObject *watched, QEvent *event)
+{
+    auto *editor = qobject_cast<QWidget *>(watched->property(editorproperty).value<QObject *>());
+    if (!editor || event->type() != QEvent::KeyPress)
+        return QStyledItemDelegate::eventFilter(watched, event);
+    // The fields see the keys first: the edit ends here as in any Qt table, before the control
+    // treats Enter as a character its whole part refuses.
+    switch (static_cast<QKeyEvent *>(event)->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        Q_EMIT commitData(editor);
+        Q_EMIT closeEditor(editor, QAbstractItemDelegate::SubmitModelCache);
+        return true;
+    case Qt::Key_Escape:
+        Q_EMIT closeEditor(editor, QAbstractItemDelegate::RevertModelCache);
+        return true;
+    case Qt::Key_Tab:
+        Q_EMIT commitData(editor);
+        Q_EMIT closeEditor(editor, QAbstractItemDelegate::EditNextItem);
+        return true;
+    case Qt::Key_Backtab:
+        Q_EMIT commitData(editor);
+        Q_EMIT closeEditor(editor, QAbstractItemDelegate::EditPreviousItem);
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace kelfractionint
