@@ -5,6 +5,8 @@
 #include "hostnumbers.h"
 #include "messageboxsink.h"
 
+#include "ratiocollector.h"
+
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
@@ -122,29 +124,6 @@ BENCHMARK(BM_keystroke_fractioni)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_form_spinbox)->Unit(benchmark::kMillisecond)->Iterations(5);
 BENCHMARK(BM_form_fractioni)->Unit(benchmark::kMillisecond)->Iterations(5);
 
-// Keeps each benchmark's time per iteration and its counters for the ratio table.
-class collector : public benchmark::ConsoleReporter
-{
-public:
-    void ReportRuns(const std::vector<Run> &runs) override
-    {
-        for (const Run &run : runs) {
-            // With repetitions the median stands for the benchmark; otherwise the single run.
-            if (run.run_type == Run::RT_Aggregate && run.aggregate_name != "median")
-                continue;
-            const std::string name = run.run_name.str();
-            // CPU time of the benchmark's thread: on a shared machine the wall clock also counts
-            // the other processes.
-            results[name] = run.GetAdjustedCPUTime();
-            for (const auto &[counter, value] : run.counters)
-                counters[name + "/" + counter] = value.value;
-        }
-        ConsoleReporter::ReportRuns(runs);
-    }
-    std::map<std::string, double> results;
-    std::map<std::string, double> counters;
-};
-
 } // namespace
 
 int main(int argc, char **argv)
@@ -156,21 +135,16 @@ int main(int argc, char **argv)
     kelfractionint::messagecapture messages;
 
     benchmark::Initialize(&argc, argv);
-    collector reporter;
+    ratiocollector reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
 
-    auto ratio = [&](const char *a, const char *b) {
-        const auto x = reporter.results.find(a);
-        const auto y = reporter.results.find(b);
-        return x != reporter.results.end() && y != reporter.results.end() && y->second > 0 ? x->second / y->second : 0.0;
-    };
     const double memcontrol = reporter.counters["BM_form_fractioni/iterations:5/bytes_per_control"];
     const double memspin = reporter.counters["BM_form_spinbox/iterations:5/bytes_per_control"];
     std::printf("\n| measure | fractioni / QDoubleSpinBox | goal |\n|---|---|---|\n");
     std::printf("| keystroke into the numerator, through the repaint | %.2fx | at most 2x |\n",
-                ratio("BM_keystroke_fractioni", "BM_keystroke_spinbox"));
+                reporter.ratio("BM_keystroke_fractioni", "BM_keystroke_spinbox"));
     std::printf("| creating and showing 1000 controls on a form (time) | %.2fx | at most 2x |\n",
-                ratio("BM_form_fractioni/iterations:5", "BM_form_spinbox/iterations:5"));
+                reporter.ratio("BM_form_fractioni/iterations:5", "BM_form_spinbox/iterations:5"));
     std::printf("| heap per control | %.2fx (%.0f vs %.0f bytes) | at most 2.5x |\n",
                 memspin > 0 ? memcontrol / memspin : 0.0, memcontrol, memspin);
     return 0;

@@ -7,6 +7,8 @@
 #include "measurements.h"
 #include "messageboxsink.h"
 
+#include "ratiocollector.h"
+
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
@@ -118,21 +120,6 @@ BENCHMARK(BM_scroll_fraction)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_editor_spinbox)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_editor_fraction)->Unit(benchmark::kMicrosecond);
 
-class collector : public benchmark::ConsoleReporter
-{
-public:
-    void ReportRuns(const std::vector<Run> &runs) override
-    {
-        for (const Run &run : runs) {
-            if (run.run_type == Run::RT_Aggregate && run.aggregate_name != "median")
-                continue;
-            results[run.run_name.str()] = run.GetAdjustedCPUTime();
-        }
-        ConsoleReporter::ReportRuns(runs);
-    }
-    std::map<std::string, double> results;
-};
-
 } // namespace
 
 int main(int argc, char **argv)
@@ -143,19 +130,14 @@ int main(int argc, char **argv)
     modfracglobal::setnumberlocale({".", ","});
     kelfractionint::messagecapture messages;
     benchmark::Initialize(&argc, argv);
-    collector reporter;
+    ratiocollector reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
-    auto ratio = [&](const char *a, const char *b) {
-        const double x = reporter.results[a];
-        const double y = reporter.results[b];
-        return y > 0 ? x / y : 0.0;
-    };
     std::printf("\n| measure | fractiondelegate / baseline | goal |\n|---|---:|---:|\n");
     std::printf("| rendering an 800 x 600 viewport of 100,000 rows | %.2fx (vs text) | at most 1.5x |\n",
-                ratio("BM_render_fraction", "BM_render_text"));
+                reporter.ratio("BM_render_fraction", "BM_render_text"));
     std::printf("| scrolling a page and rendering it | %.2fx (vs text) | at most 1.5x |\n",
-                ratio("BM_scroll_fraction", "BM_scroll_text"));
+                reporter.ratio("BM_scroll_fraction", "BM_scroll_text"));
     std::printf("| opening and committing an editor | %.2fx (vs QDoubleSpinBox) | at most 2x |\n",
-                ratio("BM_editor_fraction", "BM_editor_spinbox"));
+                reporter.ratio("BM_editor_fraction", "BM_editor_spinbox"));
     return 0;
 }

@@ -6,6 +6,8 @@
 #include "messageboxsink.h"
 #include "scripthost.h"
 
+#include "ratiocollector.h"
+
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
@@ -114,21 +116,6 @@ BENCHMARK(BM_value_fractioni)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_call)->Arg(1)->Arg(10000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_exit)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond)->Iterations(3);
 
-class collector : public benchmark::ConsoleReporter
-{
-public:
-    void ReportRuns(const std::vector<Run> &runs) override
-    {
-        for (const Run &run : runs) {
-            if (run.run_type == Run::RT_Aggregate && run.aggregate_name != "median")
-                continue;
-            results[run.run_name.str()] = run.GetAdjustedCPUTime();
-        }
-        ConsoleReporter::ReportRuns(runs);
-    }
-    std::map<std::string, double> results;
-};
-
 } // namespace
 
 int main(int argc, char **argv)
@@ -139,23 +126,16 @@ int main(int argc, char **argv)
     modfracglobal::setnumberlocale({".", ","});
     kelfractionint::messagecapture messages;
     benchmark::Initialize(&argc, argv);
-    collector reporter;
+    ratiocollector reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
-    auto ratio = [&](const std::string &a, const std::string &b, double scale = 1) {
-        const auto x = reporter.results.find(a);
-        const auto y = reporter.results.find(b);
-        return x != reporter.results.end() && y != reporter.results.end() && y->second > 0
-                   ? x->second / (y->second * scale)
-                   : 0.0;
-    };
     std::printf("\n| measure | ratio | against |\n|---|---:|---|\n");
     std::printf("| storing a 65,536-character allowed set | %.2fx | a QSet and a copy of the list |\n",
-                ratio("BM_set_fractioni", "BM_set_baseline"));
+                reporter.ratio("BM_set_fractioni", "BM_set_baseline"));
     std::printf("| a 10^6-character algebraic value | %.2fx | QLineEdit::setText and measuring it |\n",
-                ratio("BM_value_fractioni", "BM_value_baseline"));
+                reporter.ratio("BM_value_fractioni", "BM_value_baseline"));
     std::printf("| a member call with 10,000 controls alive | %.2fx | the same call with 1 control |\n",
-                ratio("BM_call/10000", "BM_call/1"));
+                reporter.ratio("BM_call/10000", "BM_call/1"));
     std::printf("| exit after 10,000 controls, per control | %.2fx | exit after 1,000, per control |\n",
-                ratio("BM_exit/10000/iterations:3", "BM_exit/1000/iterations:3", 10));
+                reporter.ratio("BM_exit/10000/iterations:3", "BM_exit/1000/iterations:3", 10));
     return 0;
 }
