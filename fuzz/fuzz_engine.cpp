@@ -169,6 +169,20 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     checkrecord(strdecimaltofrac(a));
     decimalsagree(a, amount);
 
+    // Fractions as people write them: what is read is written back and read again unchanged,
+    // and the nearest fraction is reduced, mixed and within its limit.
+    const FractionResult parsed = strparsefraction(rest);
+    if (parsed)
+        check(strparsefraction(strformatfraction(*parsed)) == parsed);
+    const std::int32_t limit = static_cast<std::int32_t>(control) * 8191 + 1;
+    for (const FractionResult &nearest : {strapproximate(a, limit), strapproximate({fields[0], "", ""}, limit)}) {
+        if (!nearest)
+            continue;
+        const std::int32_t n = partvalue((*nearest)[1]);
+        const std::int32_t d = partvalue((*nearest)[2]);
+        check(d >= 1 && d <= limit && n < d && std::gcd(n, d) == (n == 0 ? d : 1));
+    }
+
     FractionList list{a, b};
     checkrecord(straddfractions(list));
     check(list[0] == a && list[1] == b);
