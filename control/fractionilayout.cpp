@@ -196,10 +196,8 @@ fractioni::layoutstate fractioni::currentlayoutstate() const
 
 double fractioni::centeroffset(const QString &numer, const QString &denom) const
 {
-    // Texts of equal length give no offset even when their drawn widths differ; hosts rely on it.
-    if (numer.size() == denom.size())
-        return 0;
-    return (textwidth(wholepart, numer) - textwidth(wholepart, denom)) / 2;
+    return fractionpaint::centeroffset(textwidth(wholepart, numer), textwidth(wholepart, denom), numer.size(),
+                                       denom.size());
 }
 
 double fractioni::arrangefields()
@@ -210,32 +208,11 @@ double fractioni::arrangefields()
     const double d = centeroffset(numerator->text(), denominator->text());
 
     placecontrol(wholepart, (B + 1) * gapx, H / 4);
-    const QRectF whole = twiprect(wholepart);
-    const QRectF numer = twiprect(numerator);
-    const QRectF denom = twiprect(denominator);
-    if (!wholepart->isHidden()) {
-        // The numerator's left is reckoned from gapx and the whole part's width, so with a border
-        // the fields overlap by one gap; hosts rely on this placement.
-        const double left = gapx + whole.width();
-        if (d >= 0) {
-            placecontrol(numerator, left, H / 8);
-            placecontrol(denominator, left + d, 5 * H / 8);
-        } else {
-            placecontrol(numerator, left - d, H / 8);
-            placecontrol(denominator, left, 5 * H / 8);
-        }
-    } else {
-        const double c = (W - numer.width()) / 2;
-        const double numertop = whole.top() - numer.height() / 2;
-        const double denomtop = whole.top() + whole.height() - denom.height() / 2;
-        if (d >= 0) {
-            placecontrol(numerator, c, numertop);
-            placecontrol(denominator, c + d, denomtop);
-        } else {
-            placecontrol(numerator, c - d, numertop);
-            placecontrol(denominator, c, denomtop);
-        }
-    }
+    const fractionpaint::fractionplaces places =
+        fractionpaint::placefraction(W, H, gapx, twiprect(wholepart), !wholepart->isHidden(),
+                                     twiprect(numerator).size(), twiprect(denominator).size(), d);
+    placecontrol(numerator, places.numerator.x(), places.numerator.y());
+    placecontrol(denominator, places.denominator.x(), places.denominator.y());
     const QRectF grip = twiprect(lblgrip);
     placecontrol(lblgrip, W - grip.width() - B * gapx, H - grip.height() - B * gapy);
     liftdenominator();

@@ -142,6 +142,34 @@ QLineF separatorline(const QRect &wider, double numerbottom, double denomtop, bo
     return {left, bottom, right, top};
 }
 
+double centeroffset(double numeratorwidth, double denominatorwidth, qsizetype numeratorlength,
+                    qsizetype denominatorlength)
+{
+    if (numeratorlength == denominatorlength)
+        return 0;
+    return (numeratorwidth - denominatorwidth) / 2;
+}
+
+fractionplaces placefraction(double width, double height, double gapx, const QRectF &whole, bool wholeshown,
+                             const QSizeF &numerator, const QSizeF &denominator, double offset)
+{
+    double left = 0;
+    double numertop = height / 8;
+    double denomtop = 5 * height / 8;
+    if (wholeshown) {
+        // The numerator's left is reckoned from gapx and the whole part's width, so with a border
+        // the fields overlap by one gap; hosts rely on this placement.
+        left = gapx + whole.width();
+    } else {
+        left = (width - numerator.width()) / 2;
+        numertop = whole.top() - numerator.height() / 2;
+        denomtop = whole.top() + whole.height() - denominator.height() / 2;
+    }
+    if (offset >= 0)
+        return {QPointF(left, numertop), QPointF(left + offset, denomtop)};
+    return {QPointF(left - offset, numertop), QPointF(left, denomtop)};
+}
+
 fractionparts arrange(const QFont &font, const QString &whole, const QString &numerator, const QString &denominator,
                       bool slash, qreal devicepixelratio)
 {
@@ -153,24 +181,19 @@ fractionparts arrange(const QFont &font, const QString &whole, const QString &nu
     const double numerwidth = metrics.horizontalAdvance(numerator);
     const double denomwidth = metrics.horizontalAdvance(denominator);
     const int fracwidth = int(std::ceil(std::max(numerwidth, denomwidth)));
-    // Texts of equal length give no offset even when their drawn widths differ, as in the control.
-    const int offset = numerator.size() == denominator.size() ? 0 : int(std::lround((numerwidth - denomwidth) / 2));
+    const int offset = int(std::lround(centeroffset(numerwidth, denomwidth, numerator.size(), denominator.size())));
     fractionparts parts;
     const int width = 3 * gap + wholewidth + fracwidth + std::abs(offset);
     parts.size = QSize(width, height);
-    int left = 0;
-    int numertop = height / 8;
-    int denomtop = 5 * height / 8;
-    if (!whole.isEmpty()) {
-        parts.whole = QRect(gap, height / 4, wholewidth, line);
-        left = gap + wholewidth;
-    } else {
-        left = (width - fracwidth) / 2;
-        numertop = height / 4 - line / 2;
-        denomtop = height / 4 + line - line / 2;
-    }
-    parts.numerator = QRect(left + std::max(0, -offset), numertop, fracwidth, line);
-    parts.denominator = QRect(left + std::max(0, offset), denomtop, fracwidth, line);
+    const QRectF wholebox(gap, height / 4, wholewidth, line);
+    if (!whole.isEmpty())
+        parts.whole = wholebox.toRect();
+    const fractionplaces places = placefraction(width, height, gap, wholebox, !whole.isEmpty(), QSizeF(fracwidth, line),
+                                                QSizeF(fracwidth, line), offset);
+    parts.numerator = QRect(places.numerator.toPoint(), QSize(fracwidth, line));
+    parts.denominator = QRect(places.denominator.toPoint(), QSize(fracwidth, line));
+    const int numertop = parts.numerator.top();
+    const int denomtop = parts.denominator.top();
     parts.denominatorlift = denominatorlift(font, line, denomtop, denominator, height, devicepixelratio);
     const double numerbottom = numertop + inkbottom(font, line, numerator, 0, devicepixelratio);
     const double denominktop = denomtop + inktop(font, line, denominator, parts.denominatorlift, devicepixelratio);

@@ -2,6 +2,9 @@
 
 #include <QFont>
 #include <QLineF>
+#include <QPointF>
+#include <QRectF>
+#include <QSizeF>
 #include <QRect>
 #include <QString>
 
@@ -26,6 +29,24 @@ double separatorwidth(double linewidth);
  *  \a denomtop, one device pixel clear of both where there is room. */
 QLineF separatorline(const QRect &wider, double numerbottom, double denomtop, bool slash, double devicepixelratio,
                      double linewidth);
+
+/*! How far the denominator's field is shifted right of the numerator's (negative: left) so that
+ *  the narrower text is centred over the wider: half the difference of their widths, and none
+ *  for texts of equal length, whatever their drawn widths; hosts rely on that rule. */
+double centeroffset(double numeratorwidth, double denominatorwidth, qsizetype numeratorlength,
+                    qsizetype denominatorlength);
+
+/*! Where the numerator's and the denominator's fields go in a fraction of \a width x \a height,
+ *  in any unit: beside the whole part's box \a whole (an eighth and five eighths down) when it is
+ *  shown, otherwise centred, above and below the whole part's middle; \a offset from
+ *  centeroffset(). The control places its fields by it in twips, painters in pixels. */
+struct fractionplaces
+{
+    QPointF numerator;
+    QPointF denominator;
+};
+fractionplaces placefraction(double width, double height, double gapx, const QRectF &whole, bool wholeshown,
+                             const QSizeF &numerator, const QSizeF &denominator, double offset);
 
 /*! Where a fraction's parts go in a box of their own, in pixels, by the control's rules: the
  *  whole part a quarter down, the numerator an eighth down and the denominator five eighths down
