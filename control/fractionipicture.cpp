@@ -11,6 +11,11 @@ QPixmap fractioni::Picture() const
     // A control without area gives an empty picture, not an error.
     if (width() <= 0 || height() <= 0)
         return {};
+    // A form designer reads every property of each control it creates, before the form is
+    // shown; rendering a widget that is not shown lays out and resizes its whole window, which
+    // the designer takes for an edit of the form. At design time such a control has no picture.
+    if (!isVisible() && !ambient::usermode(this))
+        return {};
     // Rendered from the control itself, fields, separator, border and grip included, so a
     // covered or hidden control still gives its own picture.
     return const_cast<fractioni *>(this)->grab(rect());

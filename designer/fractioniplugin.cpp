@@ -1,5 +1,6 @@
 #include "fractioniplugin.h"
 
+#include "fractionisheet.h"
 #include "fractionitaskmenu.h"
 
 #include "ambient.h"
@@ -28,6 +29,16 @@ bool isdefault(const QVariant &value, const QVariant &fallback)
         return value.toInt() == fallback.toInt();
     QVariant converted = fallback;
     return converted.convert(value.metaType()) && converted == value;
+}
+
+// Values are data, edited on one line and never translated.
+QString valuespecifications()
+{
+    QString specs;
+    for (const char *name : {"Wholepartvalue", "Numeratorvalue", "Denominatorvalue"})
+        specs += QStringLiteral("   <stringpropertyspecification name=\"%1\" notr=\"true\" type=\"singleline\"/>\n")
+                     .arg(QLatin1String(name));
+    return specs;
 }
 
 } // namespace
@@ -93,6 +104,9 @@ QString fractioniplugin::domXml() const
                           "   <class>kelfractionint::fractioni</class>\n"
                           "   <extends>QWidget</extends>\n"
                           "   <header>fractioni.h</header>\n"
+                          "   <propertyspecifications>\n")
+        + valuespecifications()
+        + QStringLiteral("   </propertyspecifications>\n"
                           "  </customwidget>\n"
                           " </customwidgets>\n"
                           "</ui>\n");
@@ -103,7 +117,19 @@ QWidget *fractioniplugin::createWidget(QWidget *parent)
     auto *control = new fractioni(parent);
     if (!m_core)
         return control;
+    // Designer reads every property of a control as soon as it is created, so each starts in
+    // design mode. Design mode belongs to the controls of the forms being edited: one off the
+    // forms (a preview, one made to learn the defaults) then runs as in an application.
     kelfractionint::ambient::setdesignmode(control, true);
+    if (!QDesignerFormWindowInterface::findFormWindow(parent)) {
+        QMetaObject::invokeMethod(
+            control,
+            [control] {
+                if (!QDesignerFormWindowInterface::findFormWindow(control))
+                    kelfractionint::ambient::setdesignmode(control, false);
+            },
+            Qt::QueuedConnection);
+    }
     // Marked once the assignment is over: Designer marks what it writes itself as changed, and
     // a value written back equal to its default must still be left out of the form file.
     QPointer<QDesignerFormEditorInterface> core = m_core;
@@ -130,9 +156,6 @@ void fractioniplugin::initialize(QDesignerFormEditorInterface *core)
     m_core = core;
     if (!core)
         return;
-    // Designer's process is a design environment: it also creates controls off the forms (to
-    // learn their default values, for previews), and reads every property of each.
-    kelfractionint::ambient::setdefaultdesignmode(true);
     // Design-time messages appear as message boxes, unless the host already routes them.
     if (modfracglobal::messagesink previous = modfracglobal::setmessagesink({}))
         modfracglobal::setmessagesink(std::move(previous));
@@ -140,6 +163,8 @@ void fractioniplugin::initialize(QDesignerFormEditorInterface *core)
         kelfractionint::installmessageboxsink();
     QExtensionManager *manager = core->extensionManager();
     manager->registerExtensions(new fractionitaskmenufactory(manager), Q_TYPEID(QDesignerTaskMenuExtension));
+    QDesignerPropertySheetFactory<fractioni, fractionisheet>::registerExtension(manager);
+    manager->registerExtensions(new fractioniextrainfofactory(core, manager), Q_TYPEID(QDesignerExtraInfoExtension));
 
     // A control joins a form after it is created: only then are its stored properties known to
     // Designer, so the changed marks are set when the form takes the widget in.
@@ -160,39 +185,13 @@ void fractioniplugin::watchform(QDesignerFormWindowInterface *form)
         QMetaObject::invokeMethod(
             control,
             [core, control] {
-                for (const auto &[name, fallback] : persisteddefaults()) {
+                for (const QString &name : fractionisheet::persisted()) {
                     if (core)
-                        markproperty(core, control, QString::fromLatin1(name));
+                        markproperty(core, control, name);
                 }
             },
             Qt::QueuedConnection);
     });
-}
-
-const QList<QPair<const char *, QVariant>> &fractioniplugin::persisteddefaults()
-{
-    static const QList<QPair<const char *, QVariant>> defaults{
-        {"FracType", 0},
-        {"Wholepartvalue", QStringLiteral("4")},
-        {"Numeratorvalue", QStringLiteral("1")},
-        {"Denominatorvalue", QStringLiteral("7")},
-        {"Backcolor", 0xFFFFFFu},
-        {"Wholepartbackcolor", 0xFFFFFFu},
-        {"Numeratorbackcolor", 0xFFFFFFu},
-        {"Denominatorbackcolor", 0xFFFFFFu},
-        {"Fractionslash", true},
-        {"Negforecolor", 255u},
-        {"Posforecolor", 0u},
-        {"Userresizeable", false},
-        {"Autoreplace", false},
-        {"Forcesign", false},
-        {"Borderstyle", 0},
-        {"Fracpartvisible", true},
-        {"WholepartLocked", false},
-        {"NumeratorLocked", false},
-        {"DenominatorLocked", false},
-    };
-    return defaults;
 }
 
 void fractioniplugin::markproperty(QDesignerFormEditorInterface *core, fractioni *control, const QString &name)
@@ -206,11 +205,8 @@ void fractioniplugin::markproperty(QDesignerFormEditorInterface *core, fractioni
     if (index < 0)
         return;
     const QVariant value = control->property(name.toLatin1().constData());
-    bool changed = true;
-    for (const auto &[key, fallback] : persisteddefaults()) {
-        if (name == QLatin1String(key))
-            changed = !isdefault(value, fallback);
-    }
+    const bool changed = !fractionisheet::persisted().contains(name)
+        || !isdefault(value, fractionisheet::formdefault(control, name));
     sheet->setChanged(index, changed);
     if (QDesignerPropertyEditorInterface *editor = core->propertyEditor()) {
         if (editor->object() == control)

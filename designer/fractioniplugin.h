@@ -13,11 +13,12 @@ class fractioni;
 }
 
 /*!
- * Puts fractioni into Qt Designer's widget box (group "kelfractionint"). In Designer every
- * control is created in design mode, its property-change notification marks the property changed (so
- * that the form file keeps exactly the persisted properties that differ from their defaults),
- * and its task menu opens the values and appearance pages on the selected controls. Form
- * loaders without Designer (QUiLoader) get an ordinary run-mode control.
+ * Puts fractioni into Qt Designer's widget box (group "kelfractionint"). In Designer the
+ * controls on a form run in design mode, their property-change notification marks the property
+ * changed (so that the form file keeps exactly the persisted properties that differ from what a
+ * new control has), colours are edited as colours, and the task menu opens the values and
+ * appearance pages on the selected controls. Previews and form loaders without Designer
+ * (QUiLoader) get ordinary run-mode controls.
  */
 class fractioniplugin : public QObject, public QDesignerCustomWidgetInterface
 {
@@ -44,8 +45,6 @@ public:
      *  the value a form file leaves out, and unchanged otherwise. */
     static void markproperty(QDesignerFormEditorInterface *core, kelfractionint::fractioni *control,
                              const QString &name);
-    /*! The persisted properties and the values that are not stored. */
-    static const QList<QPair<const char *, QVariant>> &persisteddefaults();
 
 private:
     void watchform(QDesignerFormWindowInterface *form);

@@ -5,7 +5,7 @@ set -euo pipefail
 
 packages=(
   build-essential cmake ninja-build pkg-config
-  qt6-base-dev qt6-base-dev-tools qt6-tools-dev qt6-tools-dev-tools designer-qt6
+  qt6-base-dev qt6-base-dev-tools qt6-tools-dev qt6-tools-dev-tools qt6-tools-private-dev qt6-base-private-dev designer-qt6
   libqt6uitools6 qt6-declarative-dev libqt6svg6
   libgl-dev libxkbcommon-dev
   googletest libgtest-dev libbenchmark-dev
