@@ -27,7 +27,7 @@ bool isbackcolour(const QString &name)
 // A fraction's texts are data: never offered for translation.
 QVariant untranslatable(const QVariant &value)
 {
-    PropertySheetStringValue text = value.canConvert<PropertySheetStringValue>()
+    PropertySheetStringValue text = value.metaType() == QMetaType::fromType<PropertySheetStringValue>()
         ? qvariant_cast<PropertySheetStringValue>(value)
         : PropertySheetStringValue(value.toString());
     text.setTranslatable(false);
@@ -40,10 +40,12 @@ fractionisheet::fractionisheet(fractioni *control, QObject *parent)
     : QDesignerPropertySheet(control, parent)
     , m_control(control)
 {
+}
+
+bool fractionisheet::isVisible(int index) const
+{
     // QWidget's font has no effect on the control, whose parts use `Font`.
-    const int font = indexOf(QStringLiteral("font"));
-    if (font >= 0)
-        setVisible(font, false);
+    return propertyName(index) != QLatin1String("font") && QDesignerPropertySheet::isVisible(index);
 }
 
 bool fractionisheet::iscolour(const QString &name)

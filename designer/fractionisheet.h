@@ -24,6 +24,7 @@ class fractionisheet : public QDesignerPropertySheet
 public:
     fractionisheet(kelfractionint::fractioni *control, QObject *parent);
 
+    bool isVisible(int index) const override;
     QVariant property(int index) const override;
     void setProperty(int index, const QVariant &value) override;
     bool hasReset(int index) const override;
