@@ -141,52 +141,32 @@ void tst_fractiondemo::operations_data()
     QTest::addColumn<QStringList>("result");
     QTest::addColumn<QStringList>("firstafter");
 
-    const QStringList any = {"", "1", "2"};
-    const QStringList unchanged; // the first operand keeps its value
-    QTest::newRow("6/8 reduces into the result only") << "reducebutton" << QStringList{"", "6", "8"} << any
-                                                       << false << QStringList{"", "3", "4"} << unchanged;
-    QTest::newRow("6/8 reduces in place with Autoreplace")
-        << "reducebutton" << QStringList{"", "6", "8"} << any << true << QStringList{"", "3", "4"}
-        << QStringList{"", "3", "4"};
-    QTest::newRow("7/4 to mixed") << "fractomixedbutton" << QStringList{"", "7", "4"} << any << false
-                                  << QStringList{"1", "3", "4"} << unchanged;
-    QTest::newRow("1 1/2 to improper") << "mixedtofracbutton" << QStringList{"1", "1", "2"} << any << false
-                                       << QStringList{"", "3", "2"} << unchanged;
-    QTest::newRow("2/3 expanded by the factor 3") << "expandbutton" << QStringList{"", "2", "3"} << any << false
-                                                  << QStringList{"", "6", "9"} << unchanged;
-    QTest::newRow("2/3 inverted") << "invertbutton" << QStringList{"", "2", "3"} << any << false
-                                  << QStringList{"", "3", "2"} << unchanged;
-    QTest::newRow("1/3 to decimal with 2 decimals") << "fractodecimalbutton" << QStringList{"", "1", "3"} << any
-                                                    << false << QStringList{"0.33", "", ""} << unchanged;
-    QTest::newRow("1/3 to percent keeps 2 decimals of the fraction")
-        << "fractopercentbutton" << QStringList{"", "1", "3"} << any << false << QStringList{"33%", "", ""}
-        << unchanged;
-    QTest::newRow("0.25 back to a fraction") << "decimaltofracbutton" << QStringList{"0.25", "", ""} << any
-                                             << false << QStringList{"", "25", "100"} << unchanged;
-    QTest::newRow("12.5% back to a fraction") << "percenttofracbutton" << QStringList{"12.5%", "", ""} << any
-                                              << false << QStringList{"", "125", "1000"} << unchanged;
-    QTest::newRow("1/2 + 1/3") << "addbutton" << QStringList{"", "1", "2"} << QStringList{"", "1", "3"} << false
-                               << QStringList{"", "5", "6"} << unchanged;
-    QTest::newRow("1/2 - 1/3") << "subtractbutton" << QStringList{"", "1", "2"} << QStringList{"", "1", "3"}
-                               << false << QStringList{"", "1", "6"} << unchanged;
-    QTest::newRow("2/3 x 3/4") << "multiplybutton" << QStringList{"", "2", "3"} << QStringList{"", "3", "4"}
-                               << false << QStringList{"", "6", "12"} << unchanged;
-    QTest::newRow("1/2 : 1/4") << "dividebutton" << QStringList{"", "1", "2"} << QStringList{"", "1", "4"}
-                               << false << QStringList{"", "4", "2"} << unchanged;
-    // The "into" operations load the first operand and leave the result control alone.
-    const QStringList untouched = {"4", "1", "7"};
-    QTest::newRow("1/2 + 1/3 into first") << "addintobutton" << QStringList{"", "1", "2"}
-                                          << QStringList{"", "1", "3"} << false << untouched
-                                          << QStringList{"", "5", "6"};
-    QTest::newRow("1/2 - 1/3 into first") << "subtractintobutton" << QStringList{"", "1", "2"}
-                                          << QStringList{"", "1", "3"} << false << untouched
-                                          << QStringList{"", "1", "6"};
-    QTest::newRow("2/3 x 3/4 into first") << "multiplyintobutton" << QStringList{"", "2", "3"}
-                                          << QStringList{"", "3", "4"} << false << untouched
-                                          << QStringList{"", "6", "12"};
-    QTest::newRow("1/2 : 1/4 into first") << "divideintobutton" << QStringList{"", "1", "2"}
-                                          << QStringList{"", "1", "4"} << false << untouched
-                                          << QStringList{"", "4", "2"};
+    // Each button reaches its own operation; the "into" ones load the first operand and leave the
+    // result alone. An empty "first after" means the first operand keeps its value.
+    const QStringList any{"", "1", "2"}, kept, untouched{"4", "1", "7"};
+    const auto row = [](const char *button, const QStringList &first, const QStringList &second,
+                        const QStringList &result, const QStringList &firstafter, bool autoreplace = false) {
+        QTest::newRow(button) << QString::fromLatin1(button) << first << second << autoreplace << result << firstafter;
+    };
+    row("reducebutton", {"", "6", "8"}, any, {"", "3", "4"}, kept);
+    QTest::newRow("reduce in place with Autoreplace") << "reducebutton" << QStringList{"", "6", "8"} << any << true
+                                                      << QStringList{"", "3", "4"} << QStringList{"", "3", "4"};
+    row("fractomixedbutton", {"", "7", "4"}, any, {"1", "3", "4"}, kept);
+    row("mixedtofracbutton", {"1", "1", "2"}, any, {"", "3", "2"}, kept);
+    row("expandbutton", {"", "2", "3"}, any, {"", "6", "9"}, kept);
+    row("invertbutton", {"", "2", "3"}, any, {"", "3", "2"}, kept);
+    row("fractodecimalbutton", {"", "1", "3"}, any, {"0.33", "", ""}, kept);
+    row("fractopercentbutton", {"", "1", "3"}, any, {"33%", "", ""}, kept);
+    row("decimaltofracbutton", {"0.25", "", ""}, any, {"", "25", "100"}, kept);
+    row("percenttofracbutton", {"12.5%", "", ""}, any, {"", "125", "1000"}, kept);
+    row("addbutton", {"", "1", "2"}, {"", "1", "3"}, {"", "5", "6"}, kept);
+    row("subtractbutton", {"", "1", "2"}, {"", "1", "3"}, {"", "1", "6"}, kept);
+    row("multiplybutton", {"", "2", "3"}, {"", "3", "4"}, {"", "6", "12"}, kept);
+    row("dividebutton", {"", "1", "2"}, {"", "1", "4"}, {"", "4", "2"}, kept);
+    row("addintobutton", {"", "1", "2"}, {"", "1", "3"}, untouched, {"", "5", "6"});
+    row("subtractintobutton", {"", "1", "2"}, {"", "1", "3"}, untouched, {"", "1", "6"});
+    row("multiplyintobutton", {"", "2", "3"}, {"", "3", "4"}, untouched, {"", "6", "12"});
+    row("divideintobutton", {"", "1", "2"}, {"", "1", "4"}, untouched, {"", "4", "2"});
 }
 
 void tst_fractiondemo::operations()

@@ -173,6 +173,73 @@ private Q_SLOTS:
                  (QStringList{"1", "2", "3"}));
     }
 
+    // Scripts that end in a result: hostile ones end in a numbered error the script can catch,
+    // in bounded time, with the host alive; records passed by reference are written back; bags
+    // restore controls without the new-control values.
+    void results_data()
+    {
+        QTest::addColumn<QString>("script");
+        QTest::addColumn<QString>("expected");
+        const QString caught = QStringLiteral("var f = createfraction(), calls = 1, outcome = 'none';"
+                                              "try { %1 } catch (e) { outcome = e.number + ' ' + e.description; }"
+                                              "outcome + ' ' + calls");
+        const auto row = [&caught](const char *name, const char *code, const char *expected) {
+            QTest::newRow(name) << caught.arg(QLatin1String(code)) << QString::fromLatin1(expected);
+        };
+        row("symbol assigned", "f.Numeratorvalue = Symbol()", "13 Type mismatch 1");
+        row("symbol by dispatch id", "dispinvoke(f, 0x6803001b, 'let', Symbol())", "13 Type mismatch 1");
+        row("symbol in a bag", "createpropertybag().WriteProperty('x', Symbol(), 1)", "13 Type mismatch 1");
+        row("symbol in a record", "f.loadfraction(['1', Symbol(), '2'])", "13 Type mismatch 1");
+        row("sparse record of 2^31-1", "var a = []; a.length = 2147483647; f.loadfraction(a)", "6 Overflow 1");
+        row("Count of -1", "f.addfractions({Count: -1})", "13 Type mismatch 1");
+        row("Count of 2.5", "f.addfractions({Count: 2.5})", "13 Type mismatch 1");
+        row("Count of NaN", "f.addfractions({Count: NaN})", "13 Type mismatch 1");
+        row("Count that throws", "f.addfractions({get Count() { throw new Error('no'); }})", "13 Type mismatch 1");
+        row("item that throws", "f.addfractions({Count: 2, Item(i) { throw 'no'; }})", "13 Type mismatch 1");
+        row("property defined on a control", "Object.defineProperty(f, 'Numeratorvalue', {value: '3'})",
+            "438 Object doesn't support this property or method 1");
+        // Read once, as an automation client reads it: one item, the control itself.
+        row("Count growing while read", "var n = 0; print(f.addfractions({get Count() { return ++n; }, Item(i) { return f; }}))",
+            "none 1");
+        row("handlers assigning twice",
+            "f.fractionvaluechanged.connect(function () { ++calls; f.Numeratorvalue = '2'; f.Numeratorvalue = '3'; });"
+            "f.Numeratorvalue = '5'",
+            "28 Out of stack space 65");
+        const QString trimmed = QStringLiteral("var f = createfraction(), a = [' abc ', ' 1', '2 '], n = 0;"
+                                               "try { %1 } catch (e) { n = e.number; }"
+                                               "n + ' ' + JSON.stringify(a) + ' ' + f.Wholepartvalue + ' ' + f.Numeratorvalue");
+        QTest::newRow("refused record written back trimmed, by name")
+            << trimmed.arg(QStringLiteral("f.loadfraction(a);")) << "380 [\"abc\",\"1\",\"2\"] 4 1";
+        QTest::newRow("refused record written back trimmed, by dispatch id")
+            << trimmed.arg(QStringLiteral("dispinvoke(f, 0x6003003a, 'method', a);")) << "380 [\"abc\",\"1\",\"2\"] 4 1";
+        QTest::newRow("700,000 texts written back")
+            << QStringLiteral("var f = createfraction(), a = []; for (var i = 0; i < 700000; ++i) a.push(' ' + i);"
+                              "f.loadfraction(a); a.length + ' ' + a[1] + ' ' + a[699999] + ' ' + f.Numeratorvalue")
+            << "700000 1  699999 1";
+        const QString restored = QStringLiteral(
+            "var b = createpropertybag(); %1 var r = createfraction(b);"
+            "JSON.stringify([r.Wholepartvalue, r.Numeratorvalue, r.Denominatorvalue, r.Backcolor])");
+        QTest::newRow("a refused saved value restores empty")
+            << restored.arg(QStringLiteral("b.WriteProperty('FracType', 7, 0); b.WriteProperty('Numeratorvalue', '3', '1');"))
+            << "[\"\",\"\",\"\",16777215]";
+        QTest::newRow("an empty bag restores the defaults in white") << restored.arg(QString()) << "[\"4\",\"1\",\"7\",16777215]";
+    }
+
+    void results()
+    {
+        QFETCH(QString, script);
+        QFETCH(QString, expected);
+        scripthost host;
+        QPalette grey = host.form()->palette();
+        grey.setColor(QPalette::Window, QColor(0x80, 0x80, 0x80));
+        host.form()->setPalette(grey);
+        const QJSValue result = host.evaluate(script);
+        QVERIFY2(!result.isError(), qPrintable(scripthost::errortext(result)));
+        QCOMPARE(result.toString(), expected);
+        // The host goes on: a control still answers.
+        QCOMPARE(host.evaluate(QStringLiteral("createfraction().getsign()")).toString(), QStringLiteral("+"));
+    }
+
     void eventsreachscripts()
     {
         scripthost host;
