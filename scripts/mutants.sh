@@ -14,7 +14,7 @@ filter="${1:-}"
 export QT_QPA_PLATFORM=offscreen LC_ALL=C.UTF-8
 
 if [ ! -f "$build/build.ninja" ]; then
-  cmake -S . -B "$build" -G Ninja -DKEL_WERROR=OFF \
+  cmake -S . -B "$build" -G Ninja -DKEL_WERROR=OFF -DKEL_BENCH=OFF \
     -DCMAKE_CXX_COMPILER_LAUNCHER=ccache -DCMAKE_C_COMPILER_LAUNCHER=ccache >/dev/null || exit 2
 fi
 cmake --build "$build" -j "$jobs" >/dev/null || { echo "the unchanged tree does not build" >&2; exit 2; }
@@ -24,7 +24,7 @@ cmake --build "$build" -j "$jobs" >/dev/null || { echo "the unchanged tree does 
 testsfor() {
   case "$1" in
     engine/*) echo '.' ;;
-    control/*) echo 'tst_fractioni|tst_typelibrary|tst_fractionpages|tst_fractiondemo|tst_measurements|script|tst_platform' ;;
+    control/*) echo 'tst_fractioni|tst_typelibrary|tst_fractionpages|tst_fractiondemo|tst_measurements|script|tst_platform|realdesigner' ;;
     pages/*) echo 'tst_fractionpages|tst_fractionidesigner|tst_fractiondemo|script' ;;
     about/*) echo 'tst_fractionabout|tst_fractiondemo|script' ;;
     tools/fractionscript/*) echo 'script' ;;

@@ -82,7 +82,9 @@ INSTANTIATE_TEST_SUITE_P(
         todecimalcase{"fourteen decimals", {"", "1", "7"}, 14, "0.14285714285714"},
         todecimalcase{"fifteen decimals", {"", "1", "7"}, 15, "0.142857142857143"},
         todecimalcase{"rounds up to a whole", {"9", "99999", "100000"}, 2, "10"},
-        todecimalcase{"largest parts", {"2147483647", "2147483647", "1"}, 0, "4294967294"}),
+        todecimalcase{"largest parts", {"2147483647", "2147483647", "1"}, 0, "4294967294"},
+        // A sign in a part counts for nothing: the whole part carries the sign.
+        todecimalcase{"signed numerator", {"", "-1", "4"}, 2, "0.25"}),
     casename());
 
 struct fromdecimalcase

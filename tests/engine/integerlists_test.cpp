@@ -118,6 +118,7 @@ INSTANTIATE_TEST_SUITE_P(
         // The step-down rule never picks -2 here, so the rounds would never end.
         listcase{"gcd of negatives that cycle", gcd, {-8, -2}, 0, {outofstack}},
         listcase{"gcd of the smallest and minus one", gcd, {smallest, -1}, 0, {outofstack}},
+        listcase{"gcd dividing the smallest by minus one", gcd, {smallest, 5, -1}, -1},
 
         listcase{"lcm 4 6", lcm, {4, 6}, 12},
         listcase{"lcm with a zero is minus one, signs untouched", lcm, {-3, 0}, -1},

@@ -132,32 +132,23 @@ void tst_fractionioperations::conversions_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<int>("argument");
     QTest::addColumn<QStringList>("result");
-
-    QTest::newRow("6/8 reduces to 3/4") << "." << QStringList{"", "6", "8"} << "reduce" << 0
-        << QStringList{"", "3", "4"};
-    QTest::newRow("-7/3 to mixed") << "." << QStringList{"-", "7", "3"} << "fractomixed" << 0
-        << QStringList{"-2", "1", "3"};
-    QTest::newRow("expand by 0 changes nothing") << "." << QStringList{"", "1", "2"} << "expand" << 0
-        << QStringList{"", "1", "2"};
-    QTest::newRow("2 1/2 to improper") << "." << QStringList{"2", "1", "2"} << "mixedtofrac" << 0
-        << QStringList{"", "5", "2"};
-    QTest::newRow("-3/4 inverted") << "." << QStringList{"-", "3", "4"} << "invert" << 0 << QStringList{"-", "4", "3"};
-    QTest::newRow("-5/8 ties to even") << "." << QStringList{"-", "5", "8"} << "fractodecimal" << 2
-        << QStringList{"-0.62", "", ""};
-    QTest::newRow("1/3 with a comma") << "," << QStringList{"", "1", "3"} << "fractodecimal" << 3
-        << QStringList{"0,333", "", ""};
-    QTest::newRow("absurd count of decimals") << "." << QStringList{"", "1", "3"} << "fractodecimal" << INT_MAX
-                                              << QStringList{"0.333333333333333", "", ""};
-    QTest::newRow("0,125 with a comma") << "," << QStringList{"0,125", "", ""} << "decimaltofrac" << 0
-                                        << QStringList{"", "125", "1000"};
-    QTest::newRow("1/3 is 33% at two decimals") << "." << QStringList{"", "1", "3"} << "fractopercent" << 2
-                                                << QStringList{"33%", "", ""};
-    QTest::newRow("2/3 as percent with a comma") << "," << QStringList{"", "2", "3"} << "fractopercent" << 4
-                                                 << QStringList{"66,67%", "", ""};
-    QTest::newRow("-150% to a fraction") << "." << QStringList{"-150%", "", ""} << "percenttofrac" << 0
-                                         << QStringList{"-1", "5", "10"};
-    QTest::newRow("no percent sign, no result") << "." << QStringList{"12", "1", "2"} << "percenttofrac" << 0
-                                                << QStringList{};
+    const auto row = [](const char *name, const char *decimal, const QStringList &before, const char *method,
+                        int argument, const QStringList &result) {
+        QTest::newRow(name) << decimal << before << method << argument << result;
+    };
+    row("6/8 reduces to 3/4", ".", {"", "6", "8"}, "reduce", 0, {"", "3", "4"});
+    row("-7/3 to mixed", ".", {"-", "7", "3"}, "fractomixed", 0, {"-2", "1", "3"});
+    row("expand by 0 changes nothing", ".", {"", "1", "2"}, "expand", 0, {"", "1", "2"});
+    row("2 1/2 to improper", ".", {"2", "1", "2"}, "mixedtofrac", 0, {"", "5", "2"});
+    row("-3/4 inverted", ".", {"-", "3", "4"}, "invert", 0, {"-", "4", "3"});
+    row("-5/8 ties to even", ".", {"-", "5", "8"}, "fractodecimal", 2, {"-0.62", "", ""});
+    row("1/3 with a comma", ",", {"", "1", "3"}, "fractodecimal", 3, {"0,333", "", ""});
+    row("absurd count of decimals", ".", {"", "1", "3"}, "fractodecimal", INT_MAX, {"0.333333333333333", "", ""});
+    row("0,125 with a comma", ",", {"0,125", "", ""}, "decimaltofrac", 0, {"", "125", "1000"});
+    row("1/3 is 33% at two decimals", ".", {"", "1", "3"}, "fractopercent", 2, {"33%", "", ""});
+    row("2/3 as percent with a comma", ",", {"", "2", "3"}, "fractopercent", 4, {"66,67%", "", ""});
+    row("-150% to a fraction", ".", {"-150%", "", ""}, "percenttofrac", 0, {"-1", "5", "10"});
+    row("no percent sign, no result", ".", {"12", "1", "2"}, "percenttofrac", 0, {});
 }
 
 void tst_fractionioperations::conversions()
@@ -223,22 +214,19 @@ void tst_fractionioperations::failedconversions_data()
     QTest::addColumn<bool>("autoreplace");
     QTest::addColumn<int>("error");
     QTest::addColumn<QString>("message");
-
-    QTest::newRow("0/0 cannot reduce") << QStringList{"", "0", "0"} << "reduce" << 0 << false << 0
-        << "Division by zero";
+    const auto row = [](const char *name, const QStringList &before, const char *method, int argument,
+                        bool autoreplace, int error, const char *message) {
+        QTest::newRow(name) << before << method << argument << autoreplace << error << message;
+    };
+    row("0/0 cannot reduce", {"", "0", "0"}, "reduce", 0, false, 0, "Division by zero");
     // An unallocated result cannot be loaded.
-    QTest::newRow("0/0 cannot reduce in place") << QStringList{"", "0", "0"} << "reduce" << 0 << true << 9
-                                                << "Division by zero";
-    QTest::newRow("expand beyond 32 bits in place") << QStringList{"", "3", "4"} << "expand" << INT_MAX << true << 9
-                                                    << "Overflow";
-    QTest::newRow("negative count of decimals") << QStringList{"", "1", "3"} << "fractodecimal" << -1 << false << 0
-                                                << "Invalid procedure call or argument";
-    QTest::newRow("percent of a negative count") << QStringList{"", "1", "3"} << "fractopercent" << -1 << false
-                                                 << 9 << "Invalid procedure call or argument";
-    QTest::newRow("empty value as percent") << QStringList{"", "", ""} << "fractopercent" << 2 << false << 13 << "";
-    QTest::newRow("ten decimals overflow") << QStringList{"0.1234567891", "", ""} << "decimaltofrac" << 0 << false
-                                           << 0 << "Overflow";
-    QTest::newRow("lone percent sign") << QStringList{"%", "", ""} << "percenttofrac" << 0 << true << 13 << "";
+    row("0/0 cannot reduce in place", {"", "0", "0"}, "reduce", 0, true, 9, "Division by zero");
+    row("expand beyond 32 bits in place", {"", "3", "4"}, "expand", INT_MAX, true, 9, "Overflow");
+    row("negative count of decimals", {"", "1", "3"}, "fractodecimal", -1, false, 0, "Invalid procedure call or argument");
+    row("percent of a negative count", {"", "1", "3"}, "fractopercent", -1, false, 9, "Invalid procedure call or argument");
+    row("empty value as percent", {"", "", ""}, "fractopercent", 2, false, 13, "");
+    row("ten decimals overflow", {"0.1234567891", "", ""}, "decimaltofrac", 0, false, 0, "Overflow");
+    row("lone percent sign", {"%", "", ""}, "percenttofrac", 0, true, 13, "");
 }
 
 void tst_fractionioperations::failedconversions()
@@ -422,19 +410,15 @@ void tst_fractionioperations::dividefractions_data()
     QTest::addColumn<QStringList>("quotient");
     QTest::addColumn<QStringList>("divisorafter");
     QTest::addColumn<int>("error");
-
-    QTest::newRow("-1 1/2 by 2") << "." << QStringList{"-1", "1", "2"} << QStringList{"2", "", ""}
-                                 << QStringList{"-", "3", "4"} << QStringList{"2", "", ""} << 0;
-    QTest::newRow("by a percent, written back") << "." << QStringList{"", "1", "2"} << QStringList{"50%", "", ""}
-                                                << QStringList{"", "10", "10"} << QStringList{"", "5", "10"} << 0;
-    QTest::newRow("by a decimal with a comma, written back") << "," << QStringList{"3", "", ""}
-                                                             << QStringList{"1,5", "", ""}
-                                                                 << QStringList{"", "30", "15"}
-                                                             << QStringList{"1", "5", "10"} << 0;
-    QTest::newRow("a percent dividend is converted") << "." << QStringList{"25%", "", ""} << QStringList{"", "1", "2"}
-                                                     << QStringList{"", "50", "100"} << QStringList{"", "1", "2"} << 0;
-    QTest::newRow("by an empty divisor") << "." << QStringList{"", "1", "2"} << QStringList{"", "", ""}
-                                         << QStringList{} << QStringList{"", "", ""} << 11;
+    const auto row = [](const char *name, const char *decimal, const QStringList &dividend, const QStringList &divisor,
+                        const QStringList &quotient, const QStringList &divisorafter, int error = 0) {
+        QTest::newRow(name) << decimal << dividend << divisor << quotient << divisorafter << error;
+    };
+    row("-1 1/2 by 2", ".", {"-1", "1", "2"}, {"2", "", ""}, {"-", "3", "4"}, {"2", "", ""});
+    row("by a percent, written back", ".", {"", "1", "2"}, {"50%", "", ""}, {"", "10", "10"}, {"", "5", "10"});
+    row("by a decimal with a comma, written back", ",", {"3", "", ""}, {"1,5", "", ""}, {"", "30", "15"}, {"1", "5", "10"});
+    row("a percent dividend is converted", ".", {"25%", "", ""}, {"", "1", "2"}, {"", "50", "100"}, {"", "1", "2"});
+    row("by an empty divisor", ".", {"", "1", "2"}, {"", "", ""}, {}, {"", "", ""}, 11);
 }
 
 void tst_fractionioperations::dividefractions()

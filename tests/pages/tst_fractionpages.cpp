@@ -402,6 +402,7 @@ void tst_fractionpages::dialog()
     auto *appearance = new fractionappearance;
     dialog.addpage(values);
     dialog.addpage(appearance);
+    QCOMPARE(dialog.windowTitle(), QStringLiteral("Property Pages"));
     QVERIFY(!dialog.applybutton()->isEnabled());
 
     dialog.setSelectedControls({&control});
