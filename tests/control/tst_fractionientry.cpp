@@ -60,14 +60,17 @@ void tst_fractionientry::typing_data()
     QTest::addColumn<QString>("keys");
     QTest::addColumn<QStringList>("value");
     QTest::addColumn<QString>("focus");
-    QTest::newRow("mixed number into a cleared control") << true << "wholepart" << "1 2/3"
-                                                         << QStringList{"1", "2", "3"} << "denominator";
-    QTest::newRow("negative mixed number") << true << "wholepart" << "-3 1/4" << QStringList{"-3", "1", "4"}
-                                           << "denominator";
-    QTest::newRow("slash replaces the denominator") << false << "numerator" << "5/8"
-                                                    << QStringList{"4", "15", "8"} << "denominator";
-    QTest::newRow("a decimal whole part keeps its space")
-        << true << "wholepart" << "2.5 " << QStringList{"2.5", "", "1"} << "wholepart";
+    QTest::addColumn<bool>("algebraic");
+    const auto row = [](const char *name, bool cleared, const char *start, const char *keys, const QStringList &value,
+                        const char *focus, bool algebraic = false) {
+        QTest::newRow(name) << cleared << start << keys << value << focus << algebraic;
+    };
+    row("mixed number into a cleared control", true, "wholepart", "1 2/3", {"1", "2", "3"}, "denominator");
+    row("negative mixed number", true, "wholepart", "-3 1/4", {"-3", "1", "4"}, "denominator");
+    row("slash replaces the denominator", false, "numerator", "5/8", {"4", "15", "8"}, "denominator");
+    row("a decimal whole part keeps its space", true, "wholepart", "2.5 ", {"2.5", "", "1"}, "wholepart");
+    // Algebraic texts may hold spaces and slashes: they are typed, not moves.
+    row("an algebraic slash is typed", false, "numerator", "5/8", {"4", "15/8", "7"}, "numerator", true);
 }
 
 void tst_fractionientry::typing()
@@ -77,8 +80,11 @@ void tst_fractionientry::typing()
     QFETCH(QString, keys);
     QFETCH(QStringList, value);
     QFETCH(QString, focus);
+    QFETCH(bool, algebraic);
     form f;
     QVERIFY(f.show());
+    if (algebraic)
+        f.control->setFracType(fractioni::fracAlgebraic);
     if (cleared) {
         f.control->clearfraction();
         // A click brings back the hidden whole part with the focus.

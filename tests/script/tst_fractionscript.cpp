@@ -89,6 +89,17 @@ private Q_SLOTS:
             << QStringList{"-e", "createfraction().Wholepartvalue = 'x'"} << 1 << "" << "error 380: Invalid property value\n";
         QTest::newRow("uncaught script error with its place")
             << QStringList{"-e", "print(1);\nnosuchthing()"} << 1 << "1\n" << "ReferenceError: nosuchthing is not defined (<code>:2)\n";
+        QTest::newRow("type error with the script's place and the argument's position")
+            << QStringList{"-e", "createfraction().expand('many')"} << 1 << ""
+            << "TypeError: expand: argument 1 (lngexpander) must be a Long (<code>:1)\n";
+        QTest::newRow("missing control") << QStringList{"-e", "createfraction().addtwofractions(null, null)"} << 1 << ""
+                                         << "error 91: Object variable or With block variable not set\n";
+        QTest::newRow("record of four texts") << QStringList{"-e", "modfracglobal.strreduce(['1', '2', '3', '4'])"} << 1
+                                              << "" << "must be a record";
+        QTest::newRow("smallest Long") << QStringList{"-e", "print(modfracglobal.parttext(-2147483648))"} << 0
+                                       << "-2147483648\n" << "";
+        QTest::newRow("a control as text") << QStringList{"-e", "print(String(createfraction()).split(' ')[0])"} << 0
+                                           << "[fractioni\n" << "";
         QTest::newRow("no program") << QStringList{} << 2 << "" << "usage:";
         QTest::newRow("unknown option") << QStringList{"--fast", "-e", "1"} << 2 << "" << "usage:";
         QTest::newRow("two programs") << QStringList{"-e", "1", "x.js"} << 2 << "" << "usage:";
@@ -192,6 +203,8 @@ private Q_SLOTS:
         row("symbol in a record", "f.loadfraction(['1', Symbol(), '2'])", "13 Type mismatch 1");
         row("sparse record of 2^31-1", "var a = []; a.length = 2147483647; f.loadfraction(a)", "6 Overflow 1");
         row("Count of -1", "f.addfractions({Count: -1})", "13 Type mismatch 1");
+        row("Count of 0", "f.addfractions({Count: 0})", "9 Subscript out of range 1");
+        row("record one beyond the bound", "var a = []; a.length = 1048577; f.loadfraction(a)", "6 Overflow 1");
         row("Count of 2.5", "f.addfractions({Count: 2.5})", "13 Type mismatch 1");
         row("Count of NaN", "f.addfractions({Count: NaN})", "13 Type mismatch 1");
         row("Count that throws", "f.addfractions({get Count() { throw new Error('no'); }})", "13 Type mismatch 1");
