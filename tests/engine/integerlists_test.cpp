@@ -22,7 +22,7 @@ TEST(parts, partvaluereadsmagnitudes)
         EXPECT_EQ(capture.shown, none) << decimal;
     }
     pinnedlocale locale(".");
-    EXPECT_EQ(partvalue("1,234"), 1234);
+    EXPECT_EQ(partvalue("-1,234"), 1234);
     EXPECT_EQ(parttext(0), "");
     EXPECT_EQ(parttext(-5), "-5");
     EXPECT_EQ(parttext(std::numeric_limits<std::int32_t>::min()), "-2147483648");
