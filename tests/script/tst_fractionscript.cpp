@@ -95,7 +95,7 @@ private Q_SLOTS:
         QTest::newRow("missing control") << QStringList{"-e", "createfraction().addtwofractions(null, null)"} << 1 << ""
                                          << "error 91: Object variable or With block variable not set\n";
         QTest::newRow("record of four texts") << QStringList{"-e", "modfracglobal.strreduce(['1', '2', '3', '4'])"} << 1
-                                              << "" << "must be a record";
+                                              << "" << "argument 1 must be a record";
         QTest::newRow("smallest Long") << QStringList{"-e", "print(modfracglobal.parttext(-2147483648))"} << 0
                                        << "-2147483648\n" << "";
         QTest::newRow("a control as text") << QStringList{"-e", "print(String(createfraction()).split(' ')[0])"} << 0
