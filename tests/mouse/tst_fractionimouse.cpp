@@ -52,271 +52,253 @@ class tst_fractionimouse : public QObject
 {
     Q_OBJECT
 
+    std::unique_ptr<form> m_form;
+
+    fractioni *showncontrol()
+    {
+        auto *control = new fractioni(m_form.get());
+        control->move(20, 20);
+        m_form->show();
+        return QTest::qWaitForWindowExposed(m_form.get()) ? control : nullptr;
+    }
+
 private Q_SLOTS:
     void initTestCase() { modfracglobal::setmessagesink([](const std::string &) {}); }
     void cleanupTestCase() { modfracglobal::setmessagesink({}); }
-    void init();
+    void init()
+    {
+        testsupport::pinlocale();
+        m_form = std::make_unique<form>();
+        m_form->resize(600, 300);
+    }
     void cleanup() { m_form.reset(); }
 
-    void separatorband_data();
-    void separatorband();
-    void clicks();
-    void gripdrag_data();
-    void gripdrag();
-    void picture_data();
-    void picture();
-    void container();
+    void separatorband_data()
+    {
+        // A point relative to the numerator's left (x 0) or right (x 1) edge and to the first row
+        // below it (y 0) or the denominator's top row (y 1), plus an offset in pixels.
+        QTest::addColumn<QString>("denominator");
+        QTest::addColumn<QPoint>("edge");
+        QTest::addColumn<QPoint>("offset");
+        QTest::addColumn<bool>("separator");
 
-private:
-    fractioni *showncontrol();
-
-    std::unique_ptr<form> m_form;
-};
-
-void tst_fractionimouse::init()
-{
-    testsupport::pinlocale();
-    m_form = std::make_unique<form>();
-    m_form->resize(600, 300);
-}
-
-fractioni *tst_fractionimouse::showncontrol()
-{
-    auto *control = new fractioni(m_form.get());
-    control->move(20, 20);
-    m_form->show();
-    return QTest::qWaitForWindowExposed(m_form.get()) ? control : nullptr;
-}
-
-void tst_fractionimouse::separatorband_data()
-{
-    // A point relative to the numerator's left (0) or right (1) edge and to the first row
-    // below it (0) or the denominator's top row (1), plus an offset in pixels.
-    QTest::addColumn<QString>("denominator");
-    QTest::addColumn<int>("xedge");
-    QTest::addColumn<int>("dx");
-    QTest::addColumn<int>("yedge");
-    QTest::addColumn<int>("dy");
-    QTest::addColumn<bool>("separator");
-
-    QTest::newRow("top left corner of the band") << "7" << 0 << 0 << 0 << 0 << true;
-    QTest::newRow("bottom right corner, on the denominator's top") << "7" << 1 << 0 << 1 << 0 << true;
-    QTest::newRow("last row of the numerator") << "7" << 0 << 2 << 0 << -1 << false;
-    QTest::newRow("below the band") << "7" << 0 << 2 << 1 << 1 << false;
-    QTest::newRow("left of the band") << "7" << 0 << -1 << 0 << 0 << false;
-    QTest::newRow("right of the band") << "7" << 1 << 1 << 1 << 0 << false;
-    // The band is the numerator's width, also over a wider denominator.
-    QTest::newRow("under a wider denominator only") << "12345" << 0 << -1 << 0 << 0 << false;
-}
-
-void tst_fractionimouse::separatorband()
-{
-    QFETCH(QString, denominator);
-    QFETCH(int, xedge);
-    QFETCH(int, dx);
-    QFETCH(int, yedge);
-    QFETCH(int, dy);
-    QFETCH(bool, separator);
-
-    fractioni *control = showncontrol();
-    QVERIFY(control);
-    // A border opens a gap of two pixels between numerator and denominator.
-    control->setBorderstyle(fractioni::borderstylefixed);
-    control->setDenominatorvalue(denominator);
-    const QRect numer = child(control, "numerator")->geometry();
-    const QRect denom = child(control, "denominator")->geometry();
-    QVERIFY(denom.top() > numer.top() + numer.height());
-    const QPoint at((xedge ? numer.left() + numer.width() : numer.left()) + dx,
-                    (yedge ? denom.top() : numer.top() + numer.height()) + dy);
-    if (denominator.size() > 1)
-        QVERIFY(at.x() >= denom.left());
-    QSignalSpy separatorspy(control, &fractioni::separatorclick);
-    QSignalSpy mousedownspy(control, &fractioni::MouseDown);
-    // Any button counts for the band.
-    QTest::mousePress(control, Qt::RightButton, Qt::ControlModifier, at);
-    QTest::mouseRelease(control, Qt::RightButton, Qt::ControlModifier, at);
-
-    QCOMPARE(separatorspy.count(), separator ? 1 : 0);
-    QCOMPARE(mousedownspy.count(), separator ? 0 : 1);
-    QCOMPARE(m_form->presses, 0);
-    if (!separator) {
-        // Button and shift in the host's codes, the position in twips.
-        const QList<QVariant> arguments = mousedownspy.takeFirst();
-        QCOMPARE(arguments.at(0).value<qint16>(), qint16(2));
-        QCOMPARE(arguments.at(1).value<qint16>(), qint16(2));
-        QCOMPARE(arguments.at(2).toFloat(), float(at.x() * kelfractionint::twipsperpixelx(control)));
-        QCOMPARE(arguments.at(3).toFloat(), float(at.y() * kelfractionint::twipsperpixely(control)));
+        QTest::newRow("top left corner of the band") << "7" << QPoint(0, 0) << QPoint(0, 0) << true;
+        QTest::newRow("bottom right corner, on the denominator's top") << "7" << QPoint(1, 1) << QPoint(0, 0) << true;
+        QTest::newRow("last row of the numerator") << "7" << QPoint(0, 0) << QPoint(2, -1) << false;
+        QTest::newRow("below the band") << "7" << QPoint(0, 1) << QPoint(2, 1) << false;
+        QTest::newRow("left of the band") << "7" << QPoint(0, 0) << QPoint(-1, 0) << false;
+        QTest::newRow("right of the band") << "7" << QPoint(1, 1) << QPoint(1, 0) << false;
+        // The band is the numerator's width, also over a wider denominator.
+        QTest::newRow("under a wider denominator only") << "12345" << QPoint(0, 0) << QPoint(-1, 0) << false;
     }
-}
 
-void tst_fractionimouse::clicks()
-{
-    fractioni *control = showncontrol();
-    QVERIFY(control);
-    QSignalSpy wholespy(control, &fractioni::wholepartclick);
-    QSignalSpy otherspy(control, &fractioni::MouseDown);
-    QWidget *whole = child(control, "wholepart");
-    const QPoint centre = whole->rect().center();
+    void separatorband()
+    {
+        QFETCH(QString, denominator);
+        QFETCH(QPoint, edge);
+        QFETCH(QPoint, offset);
+        QFETCH(bool, separator);
 
-    QTest::mouseClick(whole, Qt::LeftButton, {}, centre);
-    // A press released outside the field is no click; a double click is one.
-    QTest::mousePress(whole, Qt::LeftButton, {}, centre);
-    QTest::mouseRelease(whole, Qt::LeftButton, {}, centre + QPoint(whole->width(), 0));
-    QTest::mouseClick(whole, Qt::LeftButton, {}, centre);
-    QTest::mouseDClick(whole, Qt::LeftButton, {}, centre);
-    QTest::mouseRelease(whole, Qt::LeftButton, {}, centre);
-    QCOMPARE(wholespy.count(), 2);
-    for (const char *name : {"numerator", "denominator"})
-        QTest::mouseClick(child(control, name), Qt::LeftButton, {}, QPoint(1, 1));
-    QCOMPARE(wholespy.count(), 2);
-    QCOMPARE(otherspy.count(), 0);
+        fractioni *control = showncontrol();
+        QVERIFY(control);
+        // A border opens a gap of two pixels between numerator and denominator.
+        control->setBorderstyle(fractioni::borderstylefixed);
+        control->setDenominatorvalue(denominator);
+        const QRect numer = child(control, "numerator")->geometry();
+        const QRect denom = child(control, "denominator")->geometry();
+        QVERIFY(denom.top() > numer.top() + numer.height());
+        const QPoint at((edge.x() ? numer.left() + numer.width() : numer.left()) + offset.x(),
+                        (edge.y() ? denom.top() : numer.top() + numer.height()) + offset.y());
+        if (denominator.size() > 1)
+            QVERIFY(at.x() >= denom.left());
+        QSignalSpy separatorspy(control, &fractioni::separatorclick);
+        QSignalSpy mousedownspy(control, &fractioni::MouseDown);
+        // Any button counts for the band.
+        QTest::mousePress(control, Qt::RightButton, Qt::ControlModifier, at);
+        QTest::mouseRelease(control, Qt::RightButton, Qt::ControlModifier, at);
 
-    // A click on the surface shows the whole part again once every part is hidden.
-    const QPoint surface(control->width() - 2, 1);
-    whole->hide();
-    QTest::mouseClick(control, Qt::LeftButton, {}, surface);
-    QVERIFY(whole->isHidden());
-    child(control, "numerator")->hide();
-    child(control, "denominator")->hide();
-    QTest::mouseClick(control, Qt::LeftButton, {}, surface);
-    QVERIFY(!whole->isHidden());
-    QCOMPARE(otherspy.count(), 2);
-}
+        QCOMPARE(separatorspy.count(), separator ? 1 : 0);
+        QCOMPARE(mousedownspy.count(), separator ? 0 : 1);
+        QCOMPARE(m_form->presses, 0);
+        if (!separator) {
+            // Button and shift in the host's codes, the position in twips.
+            const QList<QVariant> arguments = mousedownspy.takeFirst();
+            QCOMPARE(arguments.at(0).value<qint16>(), qint16(2));
+            QCOMPARE(arguments.at(1).value<qint16>(), qint16(2));
+            QCOMPARE(arguments.at(2).toFloat(), float(at.x() * kelfractionint::twipsperpixelx(control)));
+            QCOMPARE(arguments.at(3).toFloat(), float(at.y() * kelfractionint::twipsperpixely(control)));
+        }
+    }
 
-void tst_fractionimouse::gripdrag_data()
-{
-    QTest::addColumn<int>("dx");
-    QTest::addColumn<int>("percent");
-    QTest::addColumn<int>("border");
+    void clicks()
+    {
+        fractioni *control = showncontrol();
+        QVERIFY(control);
+        QSignalSpy wholespy(control, &fractioni::wholepartclick);
+        QSignalSpy otherspy(control, &fractioni::MouseDown);
+        QWidget *whole = child(control, "wholepart");
+        const QPoint centre = whole->rect().center();
 
-    QTest::newRow("twice the height with a border") << 10 << 100 << 1;
-    QTest::newRow("half the height") << -5 << -50 << 0;
-    QTest::newRow("wider only keeps the font") << 60 << 0 << 0;
-    QTest::newRow("beyond the top left corner") << -500 << -500 << 0;
-}
+        QTest::mouseClick(whole, Qt::LeftButton, {}, centre);
+        // A press released outside the field is no click; a double click is one.
+        QTest::mousePress(whole, Qt::LeftButton, {}, centre);
+        QTest::mouseRelease(whole, Qt::LeftButton, {}, centre + QPoint(whole->width(), 0));
+        QTest::mouseClick(whole, Qt::LeftButton, {}, centre);
+        QTest::mouseDClick(whole, Qt::LeftButton, {}, centre);
+        QTest::mouseRelease(whole, Qt::LeftButton, {}, centre);
+        QCOMPARE(wholespy.count(), 2);
+        for (const char *name : {"numerator", "denominator"})
+            QTest::mouseClick(child(control, name), Qt::LeftButton, {}, QPoint(1, 1));
+        QCOMPARE(wholespy.count(), 2);
+        QCOMPARE(otherspy.count(), 0);
 
-void tst_fractionimouse::gripdrag()
-{
-    QFETCH(int, dx);
-    QFETCH(int, percent);
-    QFETCH(int, border);
+        // A click on the surface shows the whole part again once every part is hidden.
+        const QPoint surface(control->width() - 2, 1);
+        whole->hide();
+        QTest::mouseClick(control, Qt::LeftButton, {}, surface);
+        QVERIFY(whole->isHidden());
+        child(control, "numerator")->hide();
+        child(control, "denominator")->hide();
+        QTest::mouseClick(control, Qt::LeftButton, {}, surface);
+        QVERIFY(!whole->isHidden());
+        QCOMPARE(otherspy.count(), 2);
+    }
 
-    fractioni *control = showncontrol();
-    QVERIFY(control);
-    control->setBorderstyle(fractioni::fracBorderstyle(border));
-    QFont font = control->Font();
-    font.setPointSizeF(20);
-    control->setFont(font);
-    control->setUserresizeable(true);
-    control->Refreshfraction();
-    QWidget *grip = child(control, "lblgrip");
-    const QSize before = control->size();
-    const double fontbefore = control->Font().pointSizeF();
-    QSignalSpy valuespy(control, &fractioni::fractionvaluechanged);
+    void gripdrag_data()
+    {
+        QTest::addColumn<int>("dx");
+        QTest::addColumn<int>("percent");
+        QTest::addColumn<int>("border");
 
-    const QPoint start = grip->mapToGlobal(grip->rect().center());
-    const QPoint end = start + QPoint(dx, percent * before.height() / 100);
-    QTest::mousePress(grip, Qt::LeftButton, {}, grip->rect().center());
-    QTest::mouseMove(grip, grip->mapFromGlobal((start + end) / 2));
-    QTest::mouseMove(grip, grip->mapFromGlobal(end));
-    // While dragging, the control follows the pointer and keeps its font.
-    const QSize dragged = (before + QSize(end.x() - start.x(), end.y() - start.y())).expandedTo(QSize(8, 8));
-    QCOMPARE(control->size(), dragged);
-    QCOMPARE(control->Font().pointSizeF(), fontbefore);
-    QTest::mouseRelease(grip, Qt::LeftButton, {}, grip->mapFromGlobal(end));
+        QTest::newRow("twice the height with a border") << 10 << 100 << 1;
+        QTest::newRow("half the height") << -5 << -50 << 0;
+        QTest::newRow("wider only keeps the font") << 60 << 0 << 0;
+        QTest::newRow("beyond the top left corner") << -500 << -500 << 0;
+    }
 
-    // The release zooms: the font scales by the dragged height...
-    const double expected = std::max(1.0, fontbefore * dragged.height() / before.height());
-    QVERIFY2(std::abs(control->Font().pointSizeF() - expected) < 0.05 * expected,
-             qPrintable(QString::number(control->Font().pointSizeF())));
-    // ...and the control snaps to what its content needs in that font, as a control of the same
-    // value does when given that font directly.
-    auto *reference = new fractioni(m_form.get());
-    reference->setBorderstyle(fractioni::fracBorderstyle(border));
-    reference->setUserresizeable(true);
-    reference->show();
-    reference->setFont(control->Font());
-    const QSize difference = control->size() - reference->size();
-    QVERIFY2(std::abs(difference.width()) <= 1 && std::abs(difference.height()) <= 1,
-             qPrintable(QStringLiteral("%1 x %2").arg(control->width()).arg(control->height())));
-    QCOMPARE(valuespy.count(), 0);
-}
+    void gripdrag()
+    {
+        QFETCH(int, dx);
+        QFETCH(int, percent);
+        QFETCH(int, border);
 
-void tst_fractionimouse::picture_data()
-{
-    QTest::addColumn<bool>("shown");
-    QTest::addColumn<int>("border");
+        fractioni *control = showncontrol();
+        QVERIFY(control);
+        control->setBorderstyle(fractioni::fracBorderstyle(border));
+        QFont font = control->Font();
+        font.setPointSizeF(20);
+        control->setFont(font);
+        control->setUserresizeable(true);
+        control->Refreshfraction();
+        QWidget *grip = child(control, "lblgrip");
+        const QSize before = control->size();
+        const double fontbefore = control->Font().pointSizeF();
+        QSignalSpy valuespy(control, &fractioni::fractionvaluechanged);
 
-    QTest::newRow("shown, no border, no grip") << true << 0;
-    QTest::newRow("shown, border and grip") << true << 1;
-    QTest::newRow("never shown, border and grip") << false << 1;
-}
+        const QPoint start = grip->mapToGlobal(grip->rect().center());
+        const QPoint end = start + QPoint(dx, percent * before.height() / 100);
+        QTest::mousePress(grip, Qt::LeftButton, {}, grip->rect().center());
+        QTest::mouseMove(grip, grip->mapFromGlobal((start + end) / 2));
+        QTest::mouseMove(grip, grip->mapFromGlobal(end));
+        // While dragging, the control follows the pointer and keeps its font.
+        const QSize dragged = (before + QSize(end.x() - start.x(), end.y() - start.y())).expandedTo(QSize(8, 8));
+        QCOMPARE(control->size(), dragged);
+        QCOMPARE(control->Font().pointSizeF(), fontbefore);
+        QTest::mouseRelease(grip, Qt::LeftButton, {}, grip->mapFromGlobal(end));
 
-void tst_fractionimouse::picture()
-{
-    QFETCH(bool, shown);
-    QFETCH(int, border);
-    const QColor green(0, 255, 0);
-    const QColor red(255, 0, 0);
+        // The release zooms: the font scales by the dragged height...
+        const double expected = std::max(1.0, fontbefore * dragged.height() / before.height());
+        QVERIFY2(std::abs(control->Font().pointSizeF() - expected) < 0.05 * expected,
+                 qPrintable(QString::number(control->Font().pointSizeF())));
+        // ...and the control snaps to what its content needs in that font, as a control of the same
+        // value does when given that font directly.
+        auto *reference = new fractioni(m_form.get());
+        reference->setBorderstyle(fractioni::fracBorderstyle(border));
+        reference->setUserresizeable(true);
+        reference->show();
+        reference->setFont(control->Font());
+        const QSize difference = control->size() - reference->size();
+        QVERIFY2(std::abs(difference.width()) <= 1 && std::abs(difference.height()) <= 1,
+                 qPrintable(QStringLiteral("%1 x %2").arg(control->width()).arg(control->height())));
+        QCOMPARE(valuespy.count(), 0);
+    }
 
-    auto *control = new fractioni(m_form.get());
-    control->setBackcolor(0x00FF00);
-    control->setWholepartbackcolor(0x0000FF);
-    control->setBorderstyle(fractioni::fracBorderstyle(border));
-    control->setUserresizeable(border == 1);
-    control->Refreshfraction();
-    if (shown) {
+    void picture_data()
+    {
+        QTest::addColumn<bool>("shown");
+        QTest::addColumn<int>("border");
+
+        QTest::newRow("shown, no border, no grip") << true << 0;
+        QTest::newRow("shown, border and grip") << true << 1;
+        QTest::newRow("never shown, border and grip") << false << 1;
+    }
+
+    void picture()
+    {
+        QFETCH(bool, shown);
+        QFETCH(int, border);
+        const QColor green(0, 255, 0);
+        const QColor red(255, 0, 0);
+
+        auto *control = new fractioni(m_form.get());
+        control->setBackcolor(0x00FF00);
+        control->setWholepartbackcolor(0x0000FF);
+        control->setBorderstyle(fractioni::fracBorderstyle(border));
+        control->setUserresizeable(border == 1);
+        control->Refreshfraction();
+        if (shown) {
+            m_form->show();
+            QVERIFY(QTest::qWaitForWindowExposed(m_form.get()));
+        }
+
+        const QImage image = control->Picture().toImage();
+        QCOMPARE(image.size(), control->size());
+        // Border, fields in their own colours, and the grip, as they are now.
+        QCOMPARE(image.pixelColor(0, 0) != green, border == 1);
+        const QRect whole = child(control, "wholepart")->geometry();
+        QCOMPARE(image.pixelColor(whole.center().x(), whole.top()), red);
+        const QRect grip = child(control, "lblgrip")->geometry().adjusted(0, 0, -border, -border);
+        QCOMPARE(contains(image, grip, green, true), border == 1);
+        QVERIFY(!contains(image, whole, green));
+        control->setNegforecolor(0x00FF00);
+        control->changesign();
+        QVERIFY(contains(control->Picture().toImage(), child(control, "wholepart")->geometry(), green));
+
+        // A control without area gives an empty picture, not an error.
+        control->resize(0, 0);
+        QPixmap empty;
+        QCOMPARE(errornumber([&] { empty = control->Picture(); }), 0);
+        QVERIFY(empty.isNull());
+    }
+
+    void container()
+    {
+        auto *control = new fractioni(m_form.get());
+        auto *panel = new QWidget(m_form.get());
         m_form->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_form.get()));
+        QSignalSpy changed(control, &fractioni::propertychanged);
+
+        control->setContainer(panel);
+        QCOMPARE(control->parentWidget(), panel);
+        QVERIFY(control->isVisible());
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(changed.at(0).at(0).toString(), QStringLiteral("Container"));
+        // Reading it back fails every time, also once it is set.
+        QCOMPARE(errornumber([&] { control->Container(); }), 91);
+        // A control hidden by its host stays hidden in its new container.
+        control->hide();
+        control->setContainer(m_form.get());
+        QVERIFY(control->isHidden());
+
+        QObject plain;
+        QCOMPARE(errornumber([&] { control->setContainer(nullptr); }), 91);
+        QCOMPARE(errornumber([&] { control->setContainer(&plain); }), 13);
+        QCOMPARE(errornumber([&] { control->setContainer(child(control, "numerator")); }), 5);
+        QCOMPARE(control->parentWidget(), m_form.get());
+        QCOMPARE(changed.count(), 2);
     }
-
-    const QImage image = control->Picture().toImage();
-    QCOMPARE(image.size(), control->size());
-    // Border, fields in their own colours, and the grip, as they are now.
-    QCOMPARE(image.pixelColor(0, 0) != green, border == 1);
-    const QRect whole = child(control, "wholepart")->geometry();
-    QCOMPARE(image.pixelColor(whole.center().x(), whole.top()), red);
-    const QRect grip = child(control, "lblgrip")->geometry().adjusted(0, 0, -border, -border);
-    QCOMPARE(contains(image, grip, green, true), border == 1);
-    QVERIFY(!contains(image, whole, green));
-    control->setNegforecolor(0x00FF00);
-    control->changesign();
-    QVERIFY(contains(control->Picture().toImage(), child(control, "wholepart")->geometry(), green));
-
-    // A control without area gives an empty picture, not an error.
-    control->resize(0, 0);
-    QPixmap empty;
-    QCOMPARE(errornumber([&] { empty = control->Picture(); }), 0);
-    QVERIFY(empty.isNull());
-}
-
-void tst_fractionimouse::container()
-{
-    auto *control = new fractioni(m_form.get());
-    auto *panel = new QWidget(m_form.get());
-    m_form->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_form.get()));
-    QSignalSpy changed(control, &fractioni::propertychanged);
-
-    control->setContainer(panel);
-    QCOMPARE(control->parentWidget(), panel);
-    QVERIFY(control->isVisible());
-    QCOMPARE(changed.count(), 1);
-    QCOMPARE(changed.at(0).at(0).toString(), QStringLiteral("Container"));
-    // Reading it back fails every time, also once it is set.
-    QCOMPARE(errornumber([&] { control->Container(); }), 91);
-    // A control hidden by its host stays hidden in its new container.
-    control->hide();
-    control->setContainer(m_form.get());
-    QVERIFY(control->isHidden());
-
-    QObject plain;
-    QCOMPARE(errornumber([&] { control->setContainer(nullptr); }), 91);
-    QCOMPARE(errornumber([&] { control->setContainer(&plain); }), 13);
-    QCOMPARE(errornumber([&] { control->setContainer(child(control, "numerator")); }), 5);
-    QCOMPARE(control->parentWidget(), m_form.get());
-    QCOMPARE(changed.count(), 2);
-}
+};
 
 QTEST_MAIN(tst_fractionimouse)
 #include "tst_fractionimouse.moc"
