@@ -1,30 +1,59 @@
+// The designer's property pages: their layout, what they load from and write to the selected
+// controls and in which order, and the dialog that hosts them.
+#include "../control/testsupport.h"
+
 #include "fractionappearance.h"
 #include "fractionvalues.h"
 #include "propertypagedialog.h"
 
-#include "ambient.h"
-#include "automationerror.h"
-#include "fractioni.h"
 #include "messagesink.h"
 
 #include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QSignalSpy>
 #include <QTest>
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
 
-using kelfractionint::fractionappearance;
-using kelfractionint::fractioni;
-using kelfractionint::fractionvalues;
-using kelfractionint::propertypage;
-using kelfractionint::propertypagedialog;
+using namespace kelfractionint;
+using testsupport::errornumber;
+using testsupport::value;
 
 namespace {
+
+// The pages' children in tab order, with caption and place in twips.
+struct place
+{
+    const char *page, *name, *caption;
+    QRect twips;
+};
+const place places[]{
+    {"values", "lblnumeratorvalue", "numeratorvalue:", {90, 120, 2700, 240}},
+    {"values", "txtnumeratorvalue", "", {90, 370, 2700, 330}},
+    {"values", "lbldenominatorvalue", "denominatorvalue:", {90, 770, 2700, 240}},
+    {"values", "txtdenominatorvalue", "", {90, 1020, 2700, 330}},
+    {"values", "lblwholepartvalue", "wholepartvalue:", {90, 1420, 2700, 240}},
+    {"values", "txtwholepartvalue", "", {90, 1670, 2700, 330}},
+    {"appearance", "chkfractionslash", "Fractionslash", {90, 120, 1956, 285}},
+    {"appearance", "chkuserresizeable", "Userresizeable", {120, 770, 1860, 285}},
+    {"appearance", "chkborderstyle", "Borderstyle", {120, 1440, 1812, 252}},
+    {"appearance", "chkWholepartLocked", "WholepartLocked", {3240, 120, 2052, 372}},
+    {"appearance", "chkforcesign", "Forcesign", {120, 2640, 1812, 372}},
+    {"appearance", "chkautoreplace", "Autoreplace", {120, 1920, 1692, 372}},
+    {"appearance", "Chknumeratorlocked", "NumeratorLocked", {3240, 720, 2052, 372}},
+    {"appearance", "ChkdenominatorLocked", "DenominatorLocked", {3240, 1440, 2052, 372}},
+};
+
+std::unique_ptr<propertypage> makepage(const QString &page)
+{
+    if (page == QLatin1String("values"))
+        return std::make_unique<fractionvalues>();
+    return std::make_unique<fractionappearance>();
+}
 
 // The property names a control notified, in order, leaving out those it changed by itself.
 QStringList names(const QSignalSpy &spy, const QStringList &written)
@@ -37,19 +66,14 @@ QStringList names(const QSignalSpy &spy, const QStringList &written)
     return result;
 }
 
-QStringList valueof(const fractioni &control)
+QLineEdit *box(QWidget *page, const char *name)
 {
-    return {control.Wholepartvalue(), control.Numeratorvalue(), control.Denominatorvalue()};
+    return page->findChild<QLineEdit *>(QLatin1String(name));
 }
 
-int raisednumber(const std::function<void()> &call)
+QCheckBox *check(QWidget *page, const char *name)
 {
-    try {
-        call();
-    } catch (const modfracglobal::automationerror &error) {
-        return error.number();
-    }
-    return 0;
+    return page->findChild<QCheckBox *>(QLatin1String(name));
 }
 
 } // namespace
@@ -58,388 +82,287 @@ class tst_fractionpages : public QObject
 {
     Q_OBJECT
 
-private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanupTestCase();
-
-    void layout_data();
-    void layout();
-    void taborder();
-
-    void writeorder();
-    void valuesload();
-    void valuesapply_data();
-    void valuesapply();
-    void valuesfirstonly();
-
-    void appearanceload_data();
-    void appearanceload();
-    void appearancemixedselection();
-    void appearanceconflict_data();
-    void appearanceconflict();
-
-    void latebinding();
-    void dialog();
-
-private:
-    QLineEdit *box(QWidget *page, const char *name) { return page->findChild<QLineEdit *>(QLatin1String(name)); }
-    QCheckBox *check(QWidget *page, const char *name) { return page->findChild<QCheckBox *>(QLatin1String(name)); }
-
     std::vector<std::string> m_messages;
-};
 
-void tst_fractionpages::initTestCase()
-{
-    QLocale::setDefault(QLocale::c());
-    modfracglobal::setmessagesink([this](const std::string &text) { m_messages.push_back(text); });
-}
-
-void tst_fractionpages::init()
-{
-    m_messages.clear();
-}
-
-void tst_fractionpages::cleanupTestCase()
-{
-    modfracglobal::setmessagesink({});
-}
-
-void tst_fractionpages::layout_data()
-{
-    QTest::addColumn<QString>("page");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("caption");
-    QTest::addColumn<QRect>("twips");
-
-    const auto row = [](const char *page, const char *name, const char *caption, QRect twips) {
-        QTest::addRow("%s", name) << QString::fromLatin1(page) << QString::fromLatin1(name)
-                                  << QString::fromLatin1(caption) << twips;
-    };
-    row("values", "lblnumeratorvalue", "numeratorvalue:", {90, 120, 2700, 240});
-    row("values", "txtnumeratorvalue", "", {90, 370, 2700, 330});
-    row("values", "lbldenominatorvalue", "denominatorvalue:", {90, 770, 2700, 240});
-    row("values", "txtdenominatorvalue", "", {90, 1020, 2700, 330});
-    row("values", "lblwholepartvalue", "wholepartvalue:", {90, 1420, 2700, 240});
-    row("values", "txtwholepartvalue", "", {90, 1670, 2700, 330});
-    row("appearance", "chkfractionslash", "Fractionslash", {90, 120, 1956, 285});
-    row("appearance", "chkuserresizeable", "Userresizeable", {120, 770, 1860, 285});
-    row("appearance", "chkborderstyle", "Borderstyle", {120, 1440, 1812, 252});
-    row("appearance", "chkWholepartLocked", "WholepartLocked", {3240, 120, 2052, 372});
-    row("appearance", "chkforcesign", "Forcesign", {120, 2640, 1812, 372});
-    row("appearance", "chkautoreplace", "Autoreplace", {120, 1920, 1692, 372});
-    row("appearance", "Chknumeratorlocked", "NumeratorLocked", {3240, 720, 2052, 372});
-    row("appearance", "ChkdenominatorLocked", "DenominatorLocked", {3240, 1440, 2052, 372});
-}
-
-void tst_fractionpages::layout()
-{
-    QFETCH(QString, page);
-    QFETCH(QString, name);
-    QFETCH(QString, caption);
-    QFETCH(QRect, twips);
-
-    std::unique_ptr<propertypage> host;
-    if (page == QLatin1String("values"))
-        host = std::make_unique<fractionvalues>();
-    else
-        host = std::make_unique<fractionappearance>();
-    QCOMPARE(host->windowTitle(), QStringLiteral("fraction") + page);
-
-    QWidget *child = host->findChild<QWidget *>(name);
-    QVERIFY2(child, qPrintable(name));
-    if (auto *label = qobject_cast<QLabel *>(child))
-        QCOMPARE(label->text(), caption);
-    else if (auto *button = qobject_cast<QCheckBox *>(child))
-        QCOMPARE(button->text(), caption);
-
-    const double perpixel = 1440.0 / host->logicalDpiX();
-    const QRect expected(qRound(twips.x() / perpixel), qRound(twips.y() / perpixel), qRound(twips.width() / perpixel),
-                         qRound(twips.height() / perpixel));
-    QCOMPARE(child->pos(), expected.topLeft());
-    QCOMPARE(child->height(), expected.height());
-    QVERIFY(child->width() >= expected.width());
-    QVERIFY(child->width() >= child->sizeHint().width());
-}
-
-void tst_fractionpages::taborder()
-{
-    fractionvalues values;
-    fractionappearance appearance;
-    const auto chain = [](QWidget *page, const QStringList &names) {
-        QWidget *current = page->findChild<QWidget *>(names.first());
-        for (qsizetype i = 1; i < names.size(); ++i) {
-            do
-                current = current->nextInFocusChain();
-            while (current->focusPolicy() == Qt::NoFocus);
-            if (current->objectName() != names.at(i))
-                return current->objectName() + QStringLiteral(" instead of ") + names.at(i);
-        }
-        return QString();
-    };
-    QCOMPARE(chain(&values, {QStringLiteral("txtnumeratorvalue"), QStringLiteral("txtdenominatorvalue"),
-                             QStringLiteral("txtwholepartvalue")}),
-             QString());
-    QCOMPARE(chain(&appearance,
-                   {QStringLiteral("chkfractionslash"), QStringLiteral("chkuserresizeable"),
-                    QStringLiteral("chkborderstyle"), QStringLiteral("chkWholepartLocked"),
-                    QStringLiteral("chkforcesign"), QStringLiteral("chkautoreplace"),
-                    QStringLiteral("Chknumeratorlocked"), QStringLiteral("ChkdenominatorLocked")}),
-             QString());
-}
-
-void tst_fractionpages::writeorder()
-{
-    // The controls' change notifications show the order of a page's writes.
-    fractioni first, second;
-    QSignalSpy firstwrites(&first, &fractioni::propertychanged);
-    QSignalSpy secondwrites(&second, &fractioni::propertychanged);
-    fractionvalues values;
-    values.setSelectedControls({&first, &second});
-    values.ApplyChanges();
-    const QStringList valuewrites{"Wholepartvalue", "Denominatorvalue", "Numeratorvalue"};
-    QCOMPARE(names(firstwrites, valuewrites), valuewrites);
-    QCOMPARE(secondwrites.count(), 0);
-
-    firstwrites.clear();
-    fractionappearance appearance;
-    appearance.setSelectedControls({&first, &second});
-    appearance.ApplyChanges();
-    const QStringList each{"Userresizeable",    "Fractionslash", "WholepartLocked", "NumeratorLocked",
-                           "DenominatorLocked", "Forcesign",     "Autoreplace",     "Borderstyle"};
-    QCOMPARE(names(firstwrites, each), each);
-    QCOMPARE(names(secondwrites, each), each);
-}
-
-void tst_fractionpages::valuesload()
-{
-    fractioni control;
-    control.setWholepartvalue(QString());
-    control.setNumeratorvalue(QStringLiteral("5"));
-    control.setDenominatorvalue(QStringLiteral("9"));
-
-    fractionvalues page;
-    QVERIFY(!page.Changed());
-    QSignalSpy changed(&page, &propertypage::Changedchanged);
-    page.setSelectedControls({&control});
-    QCOMPARE(box(&page, "txtwholepartvalue")->text(), QString());
-    QCOMPARE(box(&page, "txtnumeratorvalue")->text(), QStringLiteral("5"));
-    QCOMPARE(box(&page, "txtdenominatorvalue")->text(), QStringLiteral("9"));
-    // A freshly loaded page counts as changed.
-    QVERIFY(page.Changed());
-    QCOMPARE(changed.count(), 1);
-
-    page.setChanged(false);
-    QTest::keyClicks(box(&page, "txtnumeratorvalue"), QStringLiteral("1"));
-    QVERIFY(page.Changed());
-}
-
-void tst_fractionpages::valuesapply_data()
-{
-    QTest::addColumn<QStringList>("typed"); // whole part, numerator, denominator
-    QTest::addColumn<bool>("designmode");
-    QTest::addColumn<QStringList>("expected");
-    QTest::addColumn<int>("error");
-
-    QTest::newRow("unchanged boxes write the same value")
-        << QStringList{"4", "1", "7"} << false << QStringList{"4", "1", "7"} << 0;
-    QTest::newRow("all three parts replaced")
-        << QStringList{"-2", "3", "5"} << false << QStringList{"-2", "3", "5"} << 0;
-    QTest::newRow("signed numerator refused silently")
-        << QStringList{"4", "-3", "7"} << false << QStringList{"4", "1", "7"} << 0;
-    QTest::newRow("bad whole part raises before the others are written")
-        << QStringList{"x", "3", "5"} << false << QStringList{"4", "1", "7"} << 380;
-    QTest::newRow("bad whole part at design time is refused without error")
-        << QStringList{"x", "3", "5"} << true << QStringList{"4", "3", "5"} << 0;
-}
-
-void tst_fractionpages::valuesapply()
-{
-    QFETCH(QStringList, typed);
-    QFETCH(bool, designmode);
-    QFETCH(QStringList, expected);
-    QFETCH(int, error);
-
-    fractioni control;
-    kelfractionint::ambient::setdesignmode(&control, designmode);
-    fractionvalues page;
-    page.setSelectedControls({&control});
-    box(&page, "txtwholepartvalue")->setText(typed.at(0));
-    box(&page, "txtnumeratorvalue")->setText(typed.at(1));
-    box(&page, "txtdenominatorvalue")->setText(typed.at(2));
-
-    QCOMPARE(raisednumber([&] { page.ApplyChanges(); }), error);
-    QCOMPARE(valueof(control), expected);
-    QVERIFY(m_messages.empty());
-
-    // Loading again shows what the control kept.
-    page.setSelectedControls({&control});
-    QCOMPARE(box(&page, "txtnumeratorvalue")->text(), expected.at(1));
-}
-
-void tst_fractionpages::valuesfirstonly()
-{
-    fractioni first, second;
-    second.setNumeratorvalue(QStringLiteral("2"));
-    second.setDenominatorvalue(QStringLiteral("3"));
-    fractionvalues page;
-    page.setSelectedControls({&first, &second});
-    QCOMPARE(box(&page, "txtdenominatorvalue")->text(), QStringLiteral("7"));
-
-    box(&page, "txtdenominatorvalue")->setText(QStringLiteral("8"));
-    QSignalSpy events(&second, &fractioni::fractionvaluechanged);
-    page.ApplyChanges();
-    QCOMPARE(first.Denominatorvalue(), QStringLiteral("8"));
-    QCOMPARE(valueof(second), QStringList({"4", "2", "3"}));
-    QCOMPARE(events.count(), 0);
-}
-
-void tst_fractionpages::appearanceload_data()
-{
-    QTest::addColumn<int>("border");
-    QTest::addColumn<bool>("ticked");
-
-    QTest::newRow("borderstylenone clear") << 0 << false;
-    QTest::newRow("borderstylefixed ticked") << 1 << true;
-    QTest::newRow("value outside the list clear") << 5 << false;
-    QTest::newRow("negative value clear") << -1 << false;
-}
-
-void tst_fractionpages::appearanceload()
-{
-    QFETCH(int, border);
-    QFETCH(bool, ticked);
-
-    fractioni control;
-    control.setBorderstyle(static_cast<fractioni::fracBorderstyle>(border));
-    control.setFractionslash(false);
-    control.setNumeratorLocked(true);
-    fractionappearance page;
-    page.setSelectedControls({&control});
-    QCOMPARE(check(&page, "chkborderstyle")->isChecked(), ticked);
-    QCOMPARE(check(&page, "chkfractionslash")->isChecked(), false);
-    QCOMPARE(check(&page, "Chknumeratorlocked")->isChecked(), true);
-    QCOMPARE(check(&page, "chkautoreplace")->isChecked(), false);
-    QVERIFY(page.Changed());
-
-    page.ApplyChanges();
-    QCOMPARE(int(control.Borderstyle()), ticked ? 1 : 0);
-    QCOMPARE(control.Fractionslash(), false);
-    QCOMPARE(control.NumeratorLocked(), true);
-}
-
-void tst_fractionpages::appearancemixedselection()
-{
-    fractioni first, second;
-    first.setForcesign(true);
-    first.setAutoreplace(true);
-    fractionappearance page;
-    page.setSelectedControls({&first, &second});
-    // The last selected control wins; there is no mixed state.
-    QCOMPARE(check(&page, "chkforcesign")->checkState(), Qt::Unchecked);
-    QCOMPARE(check(&page, "chkautoreplace")->checkState(), Qt::Unchecked);
-
-    check(&page, "chkuserresizeable")->click();
-    page.ApplyChanges();
-    for (const fractioni *control : {&first, &second}) {
-        QCOMPARE(control->Forcesign(), false);
-        QCOMPARE(control->Autoreplace(), false);
-        QCOMPARE(control->Userresizeable(), true);
+private Q_SLOTS:
+    void initTestCase()
+    {
+        testsupport::pinlocale();
+        modfracglobal::setmessagesink([this](const std::string &text) { m_messages.push_back(text); });
     }
-}
+    void init() { m_messages.clear(); }
+    void cleanupTestCase() { modfracglobal::setmessagesink({}); }
 
-void tst_fractionpages::appearanceconflict_data()
-{
-    QTest::addColumn<bool>("designmode");
-    QTest::newRow("run time raises and stops") << false;
-    QTest::newRow("design time shows a message and goes on") << true;
-}
+    void layout_data()
+    {
+        QTest::addColumn<int>("index");
+        for (int i = 0; i < int(std::size(places)); ++i)
+            QTest::addRow("%s", places[i].name) << i;
+    }
 
-void tst_fractionpages::appearanceconflict()
-{
-    // Forcesign with a locked whole part: the first control keeps what was written before
-    // Forcesign; at run time the rest is left untouched.
-    QFETCH(bool, designmode);
-    fractioni first, second;
-    kelfractionint::ambient::setdesignmode(&first, designmode);
-    kelfractionint::ambient::setdesignmode(&second, designmode);
-    fractionappearance page;
-    page.setSelectedControls({&first, &second});
-    check(&page, "chkWholepartLocked")->click();
-    check(&page, "chkforcesign")->click();
-    check(&page, "chkautoreplace")->click();
+    void layout()
+    {
+        QFETCH(int, index);
+        const place &p = places[index];
+        const auto host = makepage(QLatin1String(p.page));
+        QCOMPARE(host->windowTitle(), QStringLiteral("fraction") + QLatin1String(p.page));
 
-    QCOMPARE(raisednumber([&] { page.ApplyChanges(); }), designmode ? 0 : 380);
-    QCOMPARE(first.WholepartLocked(), true);
-    QCOMPARE(first.Forcesign(), false);
-    QCOMPARE(first.Autoreplace(), designmode);
-    QCOMPARE(second.WholepartLocked(), designmode);
-    QCOMPARE(second.Autoreplace(), designmode);
-    const std::vector<std::string> conflict(2, "Usereditable and forcesign can't be True simultaneously");
-    QCOMPARE(m_messages, designmode ? conflict : std::vector<std::string>());
-}
+        QWidget *child = host->findChild<QWidget *>(QLatin1String(p.name));
+        QVERIFY2(child, p.name);
+        if (auto *label = qobject_cast<QLabel *>(child))
+            QCOMPARE(label->text(), QLatin1String(p.caption));
+        else if (auto *button = qobject_cast<QCheckBox *>(child))
+            QCOMPARE(button->text(), QLatin1String(p.caption));
 
-void tst_fractionpages::latebinding()
-{
-    QObject plain;
-    fractioni control;
-    QCOMPARE(raisednumber([&] { (void)propertypage::readproperty(&plain, "Wholepartvalue"); }), 438);
-    QCOMPARE(raisednumber([&] { propertypage::writeproperty(&control, "Numerdenomgcd", 3); }), 438);
-    QCOMPARE(raisednumber([&] { propertypage::writeproperty(&control, "Font", QStringList()); }), 13);
+        const double perpixel = 1440.0 / host->logicalDpiX();
+        const QRect expected(qRound(p.twips.x() / perpixel), qRound(p.twips.y() / perpixel),
+                             qRound(p.twips.width() / perpixel), qRound(p.twips.height() / perpixel));
+        QCOMPARE(child->pos(), expected.topLeft());
+        QCOMPARE(child->height(), expected.height());
+        QVERIFY(child->width() >= std::max(expected.width(), child->sizeHint().width()));
 
-    fractionvalues page;
-    auto *gone = new fractioni;
-    page.setSelectedControls({gone});
-    delete gone;
-    QCOMPARE(raisednumber([&] { page.ApplyChanges(); }), 91);
-}
+        // Tab goes on to the next field of the table on the same page.
+        if (child->focusPolicy() == Qt::NoFocus)
+            return;
+        const place *next = std::find_if(places + index + 1, std::end(places), [&](const place &q) {
+            return QLatin1String(q.page) == QLatin1String(p.page) && q.name[0] != 'l';
+        });
+        if (next == std::end(places))
+            return;
+        QWidget *current = child;
+        do
+            current = current->nextInFocusChain();
+        while (current->focusPolicy() == Qt::NoFocus);
+        QCOMPARE(current->objectName(), QLatin1String(next->name));
+    }
 
-void tst_fractionpages::dialog()
-{
-    fractioni control;
-    propertypagedialog dialog;
-    auto *values = new fractionvalues;
-    auto *appearance = new fractionappearance;
-    dialog.addpage(values);
-    dialog.addpage(appearance);
-    QCOMPARE(dialog.windowTitle(), QStringLiteral("Property Pages"));
-    QVERIFY(!dialog.applybutton()->isEnabled());
+    void writeorder()
+    {
+        // The controls' change notifications show the order of a page's writes.
+        fractioni first, second;
+        QSignalSpy firstwrites(&first, &fractioni::propertychanged);
+        QSignalSpy secondwrites(&second, &fractioni::propertychanged);
+        fractionvalues values;
+        values.setSelectedControls({&first, &second});
+        values.ApplyChanges();
+        const QStringList valuewrites{"Wholepartvalue", "Denominatorvalue", "Numeratorvalue"};
+        QCOMPARE(names(firstwrites, valuewrites), valuewrites);
+        QCOMPARE(secondwrites.count(), 0);
 
-    dialog.setSelectedControls({&control});
-    QVERIFY(dialog.applybutton()->isEnabled());
-    box(values, "txtnumeratorvalue")->setText(QStringLiteral("6"));
-    dialog.applybutton()->click();
-    QCOMPARE(control.Numeratorvalue(), QStringLiteral("6"));
-    QVERIFY(!dialog.applybutton()->isEnabled());
-    QVERIFY(!values->Changed() && !appearance->Changed());
+        firstwrites.clear();
+        fractionappearance appearance;
+        appearance.setSelectedControls({&first, &second});
+        appearance.ApplyChanges();
+        const QStringList each{"Userresizeable",    "Fractionslash", "WholepartLocked", "NumeratorLocked",
+                               "DenominatorLocked", "Forcesign",     "Autoreplace",     "Borderstyle"};
+        QCOMPARE(names(firstwrites, each), each);
+        QCOMPARE(names(secondwrites, each), each);
+    }
 
-    // A refused Apply keeps the dialog open and the page changed, and says why.
-    box(values, "txtwholepartvalue")->setText(QStringLiteral("x"));
-    dialog.show();
-    dialog.accept();
-    QVERIFY(dialog.isVisible());
-    QVERIFY(values->Changed());
-    QCOMPARE(m_messages, std::vector<std::string>{"Invalid property value"});
+    void valuesload()
+    {
+        fractioni control;
+        control.loadfraction(QStringList{"", "5", "9"});
+        fractionvalues page;
+        QVERIFY(!page.Changed());
+        QSignalSpy changed(&page, &propertypage::Changedchanged);
+        page.setSelectedControls({&control});
+        QCOMPARE((QStringList{box(&page, "txtwholepartvalue")->text(), box(&page, "txtnumeratorvalue")->text(),
+                              box(&page, "txtdenominatorvalue")->text()}),
+                 value(control));
+        // A freshly loaded page counts as changed.
+        QVERIFY(page.Changed());
+        QCOMPARE(changed.count(), 1);
 
-    box(values, "txtwholepartvalue")->setText(QStringLiteral("-3"));
-    dialog.accept();
-    QVERIFY(!dialog.isVisible());
-    QCOMPARE(control.Wholepartvalue(), QStringLiteral("-3"));
+        page.setChanged(false);
+        QTest::keyClicks(box(&page, "txtnumeratorvalue"), QStringLiteral("1"));
+        QVERIFY(page.Changed());
+    }
 
-    // A selection the pages cannot read is reported, and Apply stays off.
-    m_messages.clear();
-    propertypagedialog empty;
-    empty.addpage(new fractionvalues);
-    empty.setSelectedControls({});
-    QCOMPARE(m_messages, std::vector<std::string>{"Subscript out of range"});
-    QVERIFY(!empty.applybutton()->isEnabled());
+    // The page shows and writes the first selected control only.
+    void valuesapply_data()
+    {
+        QTest::addColumn<QStringList>("typed"); // whole part, numerator, denominator
+        QTest::addColumn<bool>("designmode");
+        QTest::addColumn<QStringList>("expected");
+        QTest::addColumn<int>("error");
 
-    // Cancel writes nothing.
-    dialog.setSelectedControls({&control});
-    box(values, "txtnumeratorvalue")->setText(QStringLiteral("2"));
-    dialog.reject();
-    QCOMPARE(control.Numeratorvalue(), QStringLiteral("6"));
-}
+        QTest::newRow("unchanged boxes write the same value")
+            << QStringList{"4", "1", "7"} << false << QStringList{"4", "1", "7"} << 0;
+        QTest::newRow("all three parts replaced")
+            << QStringList{"-2", "3", "5"} << false << QStringList{"-2", "3", "5"} << 0;
+        QTest::newRow("signed numerator refused silently")
+            << QStringList{"4", "-3", "7"} << false << QStringList{"4", "1", "7"} << 0;
+        QTest::newRow("bad whole part raises before the others are written")
+            << QStringList{"x", "3", "5"} << false << QStringList{"4", "1", "7"} << 380;
+        QTest::newRow("bad whole part at design time is refused without error")
+            << QStringList{"x", "3", "5"} << true << QStringList{"4", "3", "5"} << 0;
+    }
+
+    void valuesapply()
+    {
+        QFETCH(QStringList, typed);
+        QFETCH(bool, designmode);
+        QFETCH(QStringList, expected);
+        QFETCH(int, error);
+
+        fractioni control, second;
+        second.loadfraction(QStringList{"", "2", "3"});
+        ambient::setdesignmode(&control, designmode);
+        fractionvalues page;
+        page.setSelectedControls({&control, &second});
+        QCOMPARE(box(&page, "txtdenominatorvalue")->text(), QStringLiteral("7"));
+        box(&page, "txtwholepartvalue")->setText(typed.at(0));
+        box(&page, "txtnumeratorvalue")->setText(typed.at(1));
+        box(&page, "txtdenominatorvalue")->setText(typed.at(2));
+        QSignalSpy events(&second, &fractioni::fractionvaluechanged);
+
+        QCOMPARE(errornumber([&] { page.ApplyChanges(); }), error);
+        QCOMPARE(value(control), expected);
+        QCOMPARE(value(second), (QStringList{"", "2", "3"}));
+        QCOMPARE(events.count(), 0);
+        QVERIFY(m_messages.empty());
+
+        // Loading again shows what the control kept.
+        page.setSelectedControls({&control});
+        QCOMPARE(box(&page, "txtnumeratorvalue")->text(), expected.at(1));
+    }
+
+    // The last selected control's states are shown (there is no mixed state) and written to all.
+    void appearanceload_data()
+    {
+        QTest::addColumn<int>("border");
+        QTest::addColumn<bool>("ticked");
+
+        QTest::newRow("borderstylenone clear") << 0 << false;
+        QTest::newRow("borderstylefixed ticked") << 1 << true;
+        QTest::newRow("value outside the list clear") << 5 << false;
+        QTest::newRow("negative value clear") << -1 << false;
+    }
+
+    void appearanceload()
+    {
+        QFETCH(int, border);
+        QFETCH(bool, ticked);
+
+        fractioni first, control;
+        first.setForcesign(true);
+        first.setAutoreplace(true);
+        control.setBorderstyle(static_cast<fractioni::fracBorderstyle>(border));
+        control.setFractionslash(false);
+        control.setNumeratorLocked(true);
+        fractionappearance page;
+        page.setSelectedControls({&first, &control});
+        QCOMPARE(check(&page, "chkborderstyle")->checkState(), ticked ? Qt::Checked : Qt::Unchecked);
+        QCOMPARE(check(&page, "chkfractionslash")->checkState(), Qt::Unchecked);
+        QCOMPARE(check(&page, "Chknumeratorlocked")->checkState(), Qt::Checked);
+        QCOMPARE(check(&page, "chkforcesign")->checkState(), Qt::Unchecked);
+        QCOMPARE(check(&page, "chkautoreplace")->checkState(), Qt::Unchecked);
+        QVERIFY(page.Changed());
+
+        page.ApplyChanges();
+        for (const fractioni *c : {&first, &control}) {
+            QCOMPARE(int(c->Borderstyle()), ticked ? 1 : 0);
+            QCOMPARE(c->Fractionslash(), false);
+            QCOMPARE(c->NumeratorLocked(), true);
+            QCOMPARE(c->Forcesign(), false);
+            QCOMPARE(c->Autoreplace(), false);
+        }
+    }
+
+    void appearanceconflict_data()
+    {
+        QTest::addColumn<bool>("designmode");
+        QTest::newRow("run time raises and stops") << false;
+        QTest::newRow("design time shows a message and goes on") << true;
+    }
+
+    void appearanceconflict()
+    {
+        // Forcesign with a locked whole part: the first control keeps what was written before
+        // Forcesign; at run time the rest is left untouched.
+        QFETCH(bool, designmode);
+        fractioni first, second;
+        ambient::setdesignmode(&first, designmode);
+        ambient::setdesignmode(&second, designmode);
+        fractionappearance page;
+        page.setSelectedControls({&first, &second});
+        check(&page, "chkWholepartLocked")->click();
+        check(&page, "chkforcesign")->click();
+        check(&page, "chkautoreplace")->click();
+
+        QCOMPARE(errornumber([&] { page.ApplyChanges(); }), designmode ? 0 : 380);
+        QCOMPARE(first.WholepartLocked(), true);
+        QCOMPARE(first.Forcesign(), false);
+        QCOMPARE(first.Autoreplace(), designmode);
+        QCOMPARE(second.WholepartLocked(), designmode);
+        QCOMPARE(second.Autoreplace(), designmode);
+        const std::vector<std::string> conflict(2, "Usereditable and forcesign can't be True simultaneously");
+        QCOMPARE(m_messages, designmode ? conflict : std::vector<std::string>());
+    }
+
+    void latebinding()
+    {
+        QObject plain;
+        fractioni control;
+        QCOMPARE(errornumber([&] { (void)propertypage::readproperty(&plain, "Wholepartvalue"); }), 438);
+        QCOMPARE(errornumber([&] { propertypage::writeproperty(&control, "Numerdenomgcd", 3); }), 438);
+        QCOMPARE(errornumber([&] { propertypage::writeproperty(&control, "Font", QStringList()); }), 13);
+
+        fractionvalues page;
+        auto *gone = new fractioni;
+        page.setSelectedControls({gone});
+        delete gone;
+        QCOMPARE(errornumber([&] { page.ApplyChanges(); }), 91);
+    }
+
+    void dialog()
+    {
+        fractioni control;
+        propertypagedialog dialog;
+        auto *values = new fractionvalues;
+        auto *appearance = new fractionappearance;
+        dialog.addpage(values);
+        dialog.addpage(appearance);
+        QCOMPARE(dialog.windowTitle(), QStringLiteral("Property Pages"));
+        QVERIFY(!dialog.applybutton()->isEnabled());
+
+        dialog.setSelectedControls({&control});
+        QVERIFY(dialog.applybutton()->isEnabled());
+        box(values, "txtnumeratorvalue")->setText(QStringLiteral("6"));
+        dialog.applybutton()->click();
+        QCOMPARE(control.Numeratorvalue(), QStringLiteral("6"));
+        QVERIFY(!dialog.applybutton()->isEnabled());
+        QVERIFY(!values->Changed() && !appearance->Changed());
+
+        // A refused Apply keeps the dialog open and the page changed, and says why.
+        box(values, "txtwholepartvalue")->setText(QStringLiteral("x"));
+        dialog.show();
+        dialog.accept();
+        QVERIFY(dialog.isVisible());
+        QVERIFY(values->Changed());
+        QCOMPARE(m_messages, std::vector<std::string>{"Invalid property value"});
+
+        box(values, "txtwholepartvalue")->setText(QStringLiteral("-3"));
+        dialog.accept();
+        QVERIFY(!dialog.isVisible());
+        QCOMPARE(control.Wholepartvalue(), QStringLiteral("-3"));
+
+        // A selection the pages cannot read is reported, and Apply stays off.
+        m_messages.clear();
+        propertypagedialog empty;
+        empty.addpage(new fractionvalues);
+        empty.setSelectedControls({});
+        QCOMPARE(m_messages, std::vector<std::string>{"Subscript out of range"});
+        QVERIFY(!empty.applybutton()->isEnabled());
+
+        // Cancel writes nothing.
+        dialog.setSelectedControls({&control});
+        box(values, "txtnumeratorvalue")->setText(QStringLiteral("2"));
+        dialog.reject();
+        QCOMPARE(control.Numeratorvalue(), QStringLiteral("6"));
+    }
+};
 
 QTEST_MAIN(tst_fractionpages)
 #include "tst_fractionpages.moc"
