@@ -1,3 +1,4 @@
+// The About box: its resource strings, the system information readings and the form.
 #include "frmabout.h"
 #include "resstrings.h"
 #include "sysinfo.h"
@@ -22,177 +23,147 @@ class tst_fractionabout : public QObject
 {
     Q_OBJECT
 
-private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanup();
-
-    void strings_data();
-    void strings();
-    void dword_data();
-    void dword();
-    void form();
-    void sysinfobutton_data();
-    void sysinfobutton();
-
-private:
     std::vector<std::string> m_messages;
-    QByteArray m_path;
-};
+    QByteArray m_path = qgetenv("PATH");
 
-void tst_fractionabout::initTestCase()
-{
-    QLocale::setDefault(QLocale::c());
-    m_path = qgetenv("PATH");
-}
-
-void tst_fractionabout::init()
-{
-    m_messages.clear();
-    modfracglobal::setmessagesink([this](const std::string &text) { m_messages.push_back(text); });
-}
-
-void tst_fractionabout::cleanup()
-{
-    modfracglobal::setmessagesink({});
-    qputenv("PATH", m_path);
-}
-
-void tst_fractionabout::strings_data()
-{
-    QTest::addColumn<int>("id");
-    QTest::addColumn<QString>("text"); // empty: our own wording, which must credit the maker
-
-    QTest::newRow("1 component name") << 1 << QStringLiteral("NORVANE Fraction Control");
-    QTest::newRow("4 maker's contact line") << 4 << QString();
-    QTest::newRow("5 comma") << 5 << QStringLiteral(",");
-    QTest::newRow("6 point") << 6 << QStringLiteral(".");
-    QTest::newRow("102 first paragraph") << 102 << QString();
-    QTest::newRow("104 second paragraph") << 104 << QString();
-    QTest::newRow("200 invalid value") << 200 << QStringLiteral("Invalid property value");
-    QTest::newRow("201 forcesign conflict")
-        << 201 << QStringLiteral("Usereditable and forcesign can't be True simultaneously");
-    QTest::newRow("202 division by zero") << 202 << QStringLiteral("Division by zero");
-}
-
-void tst_fractionabout::strings()
-{
-    QFETCH(int, id);
-    QFETCH(QString, text);
-    const QString loaded = resstrings::loadresstring(id);
-    if (text.isEmpty())
-        QVERIFY2(loaded.contains(QLatin1String("NORVANE")), qPrintable(loaded));
-    else
-        QCOMPARE(loaded, text);
-    QVERIFY(resstrings::ids().contains(id));
-}
-
-void tst_fractionabout::dword_data()
-{
-    QTest::addColumn<quint32>("value");
-    QTest::addColumn<QString>("hex");
-    QTest::addColumn<QString>("reading");
-
-    QTest::newRow("zero") << 0u << QStringLiteral("&h0000") << QStringLiteral("0");
-    QTest::newRow("bytes 1 and 10 read as 1A, not 10A") << 0x0000010Au << QStringLiteral("&h001A")
-                                                       << QStringLiteral("26");
-    QTest::newRow("two-digit bytes keep their digits") << 0x12345678u << QStringLiteral("&h12345678")
-                                                      << QStringLiteral("305419896");
-    QTest::newRow("every byte below 16") << 0x0A0B0C0Du << QStringLiteral("&hABCD") << QStringLiteral("-21555");
-    QTest::newRow("FFFF reads as a 16-bit value") << 0x0000FFFFu << QStringLiteral("&h00FFFF")
-                                                  << QStringLiteral("-1");
-    QTest::newRow("five digits read as positive") << 0x00FF00FFu << QStringLiteral("&h0FF0FF")
-                                                  << QStringLiteral("1044735");
-    QTest::newRow("all bits set reads as -1") << 0xFFFFFFFFu << QStringLiteral("&hFFFFFFFF")
-                                              << QStringLiteral("-1");
-    QTest::newRow("short bytes shorten a high value") << 0x80000001u << QStringLiteral("&h80001")
-                                                      << QStringLiteral("524289");
-    QTest::newRow("high bit of eight digits is the sign") << 0x80101010u << QStringLiteral("&h80101010")
-                                                          << QStringLiteral("-2146430960");
-}
-
-void tst_fractionabout::dword()
-{
-    QFETCH(quint32, value);
-    QFETCH(QString, hex);
-    QFETCH(QString, reading);
-    QCOMPARE(sysinfo::dwordhextext(value), hex);
-    QCOMPARE(sysinfo::dwordtotext(value), reading);
-}
-
-void tst_fractionabout::form()
-{
-    frmAbout about;
-    QCOMPARE(about.windowTitle(), QStringLiteral("About " KEL_TEST_TITLE));
-    QCOMPARE(about.findChild<QLabel *>(QStringLiteral("lblTitle"))->text(), QStringLiteral(KEL_TEST_TITLE));
-    QCOMPARE(about.findChild<QLabel *>(QStringLiteral("lblVersion"))->text(),
-             QStringLiteral("Version " KEL_TEST_VERSION));
-    QCOMPARE(about.findChild<QLabel *>(QStringLiteral("lblDescription"))->text(),
-             resstrings::loadresstring(102) + QStringLiteral("\r\n\n\r") + resstrings::loadresstring(104)
-                 + QStringLiteral("\r\n") + resstrings::loadresstring(4));
-    QCOMPARE(about.findChild<QPushButton *>(QStringLiteral("cmdSysInfo"))->text(), QStringLiteral("&System Info..."));
-    QVERIFY(!about.findChild<QLabel *>(QStringLiteral("picIcon"))->pixmap().isNull());
-    QCOMPARE(about.findChildren<QFrame *>(QStringLiteral("Line1")).size(), 2);
-
-    try {
-        (void)resstrings::loadresstring(3);
-        QFAIL("no error for a missing string");
-    } catch (const modfracglobal::automationerror &error) {
-        QCOMPARE(error.number(), 326);
+private Q_SLOTS:
+    void initTestCase() { QLocale::setDefault(QLocale::c()); }
+    void init()
+    {
+        m_messages.clear();
+        modfracglobal::setmessagesink([this](const std::string &text) { m_messages.push_back(text); });
+    }
+    void cleanup()
+    {
+        modfracglobal::setmessagesink({});
+        qputenv("PATH", m_path);
     }
 
-    about.show();
-    about.findChild<QPushButton *>(QStringLiteral("cmdOK"))->click();
-    QVERIFY(!about.isVisible());
-    QCOMPARE(about.result(), int(QDialog::Accepted));
-}
+    void strings_data()
+    {
+        QTest::addColumn<int>("id");
+        QTest::addColumn<QString>("text"); // empty: our own wording, which must credit the maker
 
-void tst_fractionabout::sysinfobutton_data()
-{
-    QTest::addColumn<QString>("installed"); // the one tool on the PATH, or none
-    QTest::addColumn<bool>("started");
+        QTest::newRow("1 component name") << 1 << QStringLiteral("NORVANE Fraction Control");
+        QTest::newRow("4 maker's contact line") << 4 << QString();
+        QTest::newRow("5 comma") << 5 << QStringLiteral(",");
+        QTest::newRow("6 point") << 6 << QStringLiteral(".");
+        QTest::newRow("102 first paragraph") << 102 << QString();
+        QTest::newRow("104 second paragraph") << 104 << QString();
+        QTest::newRow("200 invalid value") << 200 << QStringLiteral("Invalid property value");
+        QTest::newRow("201 forcesign conflict")
+            << 201 << QStringLiteral("Usereditable and forcesign can't be True simultaneously");
+        QTest::newRow("202 division by zero") << 202 << QStringLiteral("Division by zero");
+    }
 
-    QTest::newRow("no tool on the PATH") << QString() << false;
-    QTest::newRow("hardinfo on the PATH") << QStringLiteral("hardinfo") << true;
-    QTest::newRow("a tool that is not executable") << QStringLiteral("kinfocenter!") << false;
-}
+    void strings()
+    {
+        QFETCH(int, id);
+        QFETCH(QString, text);
+        const QString loaded = resstrings::loadresstring(id);
+        if (text.isEmpty())
+            QVERIFY2(loaded.contains(QLatin1String("NORVANE")), qPrintable(loaded));
+        else
+            QCOMPARE(loaded, text);
+        QVERIFY(resstrings::ids().contains(id));
+    }
 
-void tst_fractionabout::sysinfobutton()
-{
+    void dword_data()
+    {
+        QTest::addColumn<quint32>("value");
+        QTest::addColumn<QString>("hex");
+        QTest::addColumn<QString>("reading");
+
+        QTest::newRow("zero") << 0u << "&h0000" << "0";
+        QTest::newRow("bytes 1 and 10 read as 1A, not 10A") << 0x0000010Au << "&h001A" << "26";
+        QTest::newRow("two-digit bytes keep their digits") << 0x12345678u << "&h12345678" << "305419896";
+        QTest::newRow("every byte below 16") << 0x0A0B0C0Du << "&hABCD" << "-21555";
+        QTest::newRow("FFFF reads as a 16-bit value") << 0x0000FFFFu << "&h00FFFF" << "-1";
+        QTest::newRow("five digits read as positive") << 0x00FF00FFu << "&h0FF0FF" << "1044735";
+        QTest::newRow("all bits set reads as -1") << 0xFFFFFFFFu << "&hFFFFFFFF" << "-1";
+        QTest::newRow("short bytes shorten a high value") << 0x80000001u << "&h80001" << "524289";
+        QTest::newRow("high bit of eight digits is the sign") << 0x80101010u << "&h80101010" << "-2146430960";
+    }
+
+    void dword()
+    {
+        QFETCH(quint32, value);
+        QFETCH(QString, hex);
+        QFETCH(QString, reading);
+        QCOMPARE(sysinfo::dwordhextext(value), hex);
+        QCOMPARE(sysinfo::dwordtotext(value), reading);
+    }
+
+    void form()
+    {
+        frmAbout about;
+        QCOMPARE(about.windowTitle(), QStringLiteral("About " KEL_TEST_TITLE));
+        QCOMPARE(about.findChild<QLabel *>(QStringLiteral("lblTitle"))->text(), QStringLiteral(KEL_TEST_TITLE));
+        QCOMPARE(about.findChild<QLabel *>(QStringLiteral("lblVersion"))->text(),
+                 QStringLiteral("Version " KEL_TEST_VERSION));
+        QCOMPARE(about.findChild<QLabel *>(QStringLiteral("lblDescription"))->text(),
+                 resstrings::loadresstring(102) + QStringLiteral("\r\n\n\r") + resstrings::loadresstring(104)
+                     + QStringLiteral("\r\n") + resstrings::loadresstring(4));
+        QCOMPARE(about.findChild<QPushButton *>(QStringLiteral("cmdSysInfo"))->text(),
+                 QStringLiteral("&System Info..."));
+        QVERIFY(!about.findChild<QLabel *>(QStringLiteral("picIcon"))->pixmap().isNull());
+        QCOMPARE(about.findChildren<QFrame *>(QStringLiteral("Line1")).size(), 2);
+
+        try {
+            (void)resstrings::loadresstring(3);
+            QFAIL("no error for a missing string");
+        } catch (const modfracglobal::automationerror &error) {
+            QCOMPARE(error.number(), 326);
+        }
+
+        about.show();
+        about.findChild<QPushButton *>(QStringLiteral("cmdOK"))->click();
+        QVERIFY(!about.isVisible());
+        QCOMPARE(about.result(), int(QDialog::Accepted));
+    }
+
+    void sysinfobutton_data()
+    {
+        QTest::addColumn<QString>("installed"); // the one tool on the PATH, or none
+        QTest::addColumn<bool>("executable");
+
+        QTest::newRow("no tool on the PATH") << QString() << false;
+        QTest::newRow("hardinfo on the PATH") << QStringLiteral("hardinfo") << true;
+        QTest::newRow("a tool that is not executable") << QStringLiteral("kinfocenter") << false;
+    }
+
+    void sysinfobutton()
+    {
 #ifdef Q_OS_WIN
-    QSKIP("Windows finds the tool through the registry");
+        QSKIP("Windows finds the tool through the registry");
 #endif
-    QFETCH(QString, installed);
-    QFETCH(bool, started);
+        QFETCH(QString, installed);
+        QFETCH(bool, executable);
 
-    QTemporaryDir bin;
-    QVERIFY(bin.isValid());
-    const QString marker = bin.filePath(QStringLiteral("started"));
-    if (!installed.isEmpty()) {
-        const bool executable = !installed.endsWith(QLatin1Char('!'));
-        if (!executable)
-            installed.chop(1);
-        QFile tool(bin.filePath(installed));
-        QVERIFY(tool.open(QIODevice::WriteOnly));
-        tool.write("#!/bin/sh\necho \"$0\" > '" + marker.toUtf8() + "'\n");
-        tool.close();
-        QFile::Permissions permissions = QFile::ReadOwner | QFile::WriteOwner;
-        if (executable)
-            permissions |= QFile::ExeOwner;
-        tool.setPermissions(permissions);
-    }
-    qputenv("PATH", QFile::encodeName(bin.path()));
+        QTemporaryDir bin;
+        QVERIFY(bin.isValid());
+        const QString marker = bin.filePath(QStringLiteral("started"));
+        if (!installed.isEmpty()) {
+            QFile tool(bin.filePath(installed));
+            QVERIFY(tool.open(QIODevice::WriteOnly));
+            tool.write("#!/bin/sh\necho \"$0\" > '" + marker.toUtf8() + "'\n");
+            tool.close();
+            tool.setPermissions(QFile::ReadOwner | QFile::WriteOwner
+                                | (executable ? QFile::ExeOwner : QFile::Permissions()));
+        }
+        qputenv("PATH", QFile::encodeName(bin.path()));
 
-    frmAbout about;
-    about.findChild<QPushButton *>(QStringLiteral("cmdSysInfo"))->click();
-    if (started) {
-        QTRY_VERIFY(QFile::exists(marker));
-        QVERIFY(m_messages.empty());
-    } else {
-        QCOMPARE(m_messages, std::vector<std::string>{"System Information Is Unavailable At This Time"});
-        QVERIFY(!QFile::exists(marker));
+        frmAbout about;
+        about.findChild<QPushButton *>(QStringLiteral("cmdSysInfo"))->click();
+        if (executable) {
+            QTRY_VERIFY(QFile::exists(marker));
+            QVERIFY(m_messages.empty());
+        } else {
+            QCOMPARE(m_messages, std::vector<std::string>{"System Information Is Unavailable At This Time"});
+            QVERIFY(!QFile::exists(marker));
+        }
     }
-}
+};
 
 QTEST_MAIN(tst_fractionabout)
 #include "tst_fractionabout.moc"
