@@ -7,23 +7,6 @@ import random
 from fractions import Fraction
 
 
-def tie(x, n):
-    # The candidates of limit_denominator, to see whether both are equally near.
-    p0, q0, p1, q1 = 0, 1, 1, 0
-    num, den = x.numerator, x.denominator
-    while True:
-        a = num // den
-        q2 = q0 + a * q1
-        if q2 > n:
-            break
-        p0, q0, p1, q1 = p1, q1, p0 + a * p1, q2
-        num, den = den, num - a * den
-        if den == 0:
-            return False
-    k = (n - q0) // q1
-    return abs(Fraction(p0 + k * p1, q0 + k * q1) - x) == abs(Fraction(p1, q1) - x)
-
-
 def main():
     rng = random.Random(20261122)
     limits = [1, 2, 3, 7, 16, 64, 100, 1000, 65536, 10**6, 2147483647]
@@ -34,9 +17,10 @@ def main():
         text = ("-" if rng.random() < 0.3 else "") + f"{whole}.{decimals}"
         limit = rng.choice(limits + [rng.randrange(1, 2**31)])
         x = abs(Fraction(text))
-        if x.denominator > limit and tie(x, limit):
-            continue
         r = x.limit_denominator(limit)
+        # A tie leaves another fraction as near on the other side: 2x - r.
+        if r != x and (2 * x - r).denominator <= limit:
+            continue
         w, p = divmod(r.numerator, r.denominator)
         if w > 2**31 - 1:
             continue

@@ -1,12 +1,15 @@
 #pragma once
 
-// Shared by the engine's tests: message capture, pinned separators and readable case names.
+// Shared by the engine's tests: message capture, pinned separators, readable case names and one
+// table type for every routine that answers with a record.
 
 #include "modfracglobal.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cctype>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -23,20 +26,11 @@ struct messagecapture
 };
 
 /*! Sets the decimal separator ("." with "," grouping, or "," with "." grouping) for its lifetime. */
-class pinnedlocale
+struct pinnedlocale
 {
-public:
-    explicit pinnedlocale(const std::string &decimal)
-        : m_saved(currentnumberlocale())
-    {
-        setnumberlocale(numberlocale{decimal, decimal == "," ? "." : ","});
-    }
-    ~pinnedlocale() { setnumberlocale(m_saved); }
-    pinnedlocale(const pinnedlocale &) = delete;
-    pinnedlocale &operator=(const pinnedlocale &) = delete;
-
-private:
-    numberlocale m_saved;
+    numberlocale saved = currentnumberlocale();
+    explicit pinnedlocale(const std::string &decimal) { setnumberlocale({decimal, decimal == "," ? "." : ","}); }
+    ~pinnedlocale() { setnumberlocale(saved); }
 };
 
 inline const messages none;
@@ -47,26 +41,50 @@ inline const std::string subscript = "Subscript out of range";
 inline const std::string badcall = "Invalid procedure call or argument";
 inline const std::string outofstack = "Out of stack space";
 
-/*! A GoogleTest parameter name made of the case's description. */
-struct casename
-{
-    template <typename Param>
-    std::string operator()(const ::testing::TestParamInfo<Param> &info) const
-    {
-        std::string name = info.param.name;
-        for (char &c : name) {
-            if (!std::isalnum(static_cast<unsigned char>(c)))
-                c = '_';
-        }
-        return name;
-    }
-};
-
 inline std::string show(const FractionResult &record)
 {
     if (!record)
         return "(unallocated)";
     return "(\"" + (*record)[0] + "\", \"" + (*record)[1] + "\", \"" + (*record)[2] + "\")";
+}
+
+inline FractionResult rec(std::string w, std::string n, std::string d)
+{
+    return FractionText{std::move(w), std::move(n), std::move(d)};
+}
+inline const FractionResult unallocated;
+
+/*! A routine run on the caller's rows; routines of one record read row 0. */
+using routine = std::function<FractionResult(FractionList &)>;
+
+/*! One call: the record and messages it gives and, when the routine rewrites them, the rows
+ *  afterwards. */
+struct call
+{
+    std::string name;
+    routine run;
+    FractionList rows;
+    FractionResult expected;
+    messages shown = {};
+    FractionList after = {};
+    std::string decimal = ".";
+};
+
+class routinetest : public ::testing::TestWithParam<call>
+{
+};
+
+/*! A GoogleTest parameter name made of the case's description. */
+inline std::string casename(const ::testing::TestParamInfo<call> &info)
+{
+    std::string name = info.param.name;
+    std::replace_if(name.begin(), name.end(), [](unsigned char c) { return !std::isalnum(c); }, '_');
+    return name;
+}
+
+inline routine onrow(FractionResult (*f)(const FractionText &))
+{
+    return [f](FractionList &rows) { return f(rows.at(0)); };
 }
 
 } // namespace enginetest

@@ -4,108 +4,73 @@
 #include <fstream>
 #include <sstream>
 
+namespace enginetest {
 namespace {
 
-using namespace enginetest;
-
-struct parsecase
+// Reads the text; what the formatter writes of the record must read back into it.
+routine parse(std::string text)
 {
-    std::string name;
-    std::string text;
-    FractionResult expected;
-    messages shown;
-};
-
-class parsefraction : public ::testing::TestWithParam<parsecase>
-{
-};
-
-TEST_P(parsefraction, readsandwritesback)
-{
-    messagecapture capture;
-    const parsecase &c = GetParam();
-    const FractionResult record = strparsefraction(c.text);
-    EXPECT_EQ(show(record), show(c.expected));
-    EXPECT_EQ(capture.shown, c.shown);
-    if (record) {
-        // What the formatter writes reads back into the same record.
-        EXPECT_EQ(show(strparsefraction(strformatfraction(*record))), show(record));
-    }
+    return [text](FractionList &) {
+        const FractionResult record = strparsefraction(text);
+        if (record) {
+            EXPECT_EQ(show(strparsefraction(strformatfraction(*record))), show(record)) << text;
+        }
+        return record;
+    };
 }
 
-const FractionResult nothing;
-
-INSTANTIATE_TEST_SUITE_P(
-    engine, parsefraction,
-    ::testing::Values(
-        parsecase{"whole", "3", FractionText{"3", "", ""}, none},
-        parsecase{"negative_whole", " -3 ", FractionText{"-3", "", ""}, none},
-        parsecase{"zero_is_empty", "0", FractionText{"", "", ""}, none},
-        parsecase{"fraction_kept_unreduced", "6/8", FractionText{"", "6", "8"}, none},
-        parsecase{"improper_stays", "+7/4", FractionText{"", "7", "4"}, none},
-        parsecase{"negative_fraction", "-2/3", FractionText{"-", "2", "3"}, none},
-        parsecase{"mixed", "-1 2/3", FractionText{"-1", "2", "3"}, none},
-        parsecase{"blanks_around_the_slash", "1  2 / 3", FractionText{"1", "2", "3"}, none},
-        parsecase{"unicode_minus_and_fraction_slash", "\u22121 2\u20443", FractionText{"-1", "2", "3"}, none},
-        parsecase{"vulgar_after_whole", "1\u2154", FractionText{"1", "2", "3"}, none},
-        parsecase{"vulgar_after_no_break_space", "-1\u00A0\u00BE", FractionText{"-1", "3", "4"}, none},
-        parsecase{"vulgar_alone", "\u215E", FractionText{"", "7", "8"}, none},
-        parsecase{"zero_numerator", "0/5", FractionText{"", "", "5"}, none},
-        parsecase{"zero_denominator_is_data", "1/0", FractionText{"", "1", "0"}, none},
-        parsecase{"largest_parts", "2147483647 1/2147483647", FractionText{"2147483647", "1", "2147483647"}, none},
-        parsecase{"decimal", "1.5", nothing, {mismatch}},
-        parsecase{"decimal_comma", "2,5", nothing, {mismatch}},
-        parsecase{"percent", "12%", nothing, {mismatch}},
-        parsecase{"doubled_sign", "+-3", nothing, {mismatch}},
-        parsecase{"sign_inside", "1 -2/3", nothing, {mismatch}},
-        parsecase{"two_numbers", "1 2", nothing, {mismatch}},
-        parsecase{"missing_denominator", "2/", nothing, {mismatch}},
-        parsecase{"empty", "  ", nothing, {mismatch}},
-        parsecase{"part_beyond_32_bits", "1/2147483648", nothing, {overflow}}),
-    casename{});
-
-struct approxcase
+routine approximate(std::int32_t limit)
 {
-    std::string name;
-    FractionText value;
-    std::int32_t limit;
-    FractionResult expected;
-    messages shown;
-};
-
-class approximate : public ::testing::TestWithParam<approxcase>
-{
-};
-
-TEST_P(approximate, nearestfraction)
-{
-    pinnedlocale locale(".");
-    messagecapture capture;
-    const approxcase &c = GetParam();
-    EXPECT_EQ(show(strapproximate(c.value, c.limit)), show(c.expected));
-    EXPECT_EQ(capture.shown, c.shown);
+    return [limit](FractionList &rows) { return strapproximate(rows.at(0), limit); };
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    engine, approximate,
+    parse, routinetest,
     ::testing::Values(
-        approxcase{"sixteenths", {"0.3125", "", ""}, 16, FractionText{"", "5", "16"}, none},
-        approxcase{"pi_to_a_million", {"3.141592653589793238462", "", ""}, 1000000,
-                   FractionText{"3", "140914", "995207"}, none},
-        approxcase{"every_digit_counts", {"0.1234567890123", "", ""}, 2147483647,
-                   FractionText{"", "108363171", "877741693"}, none},
-        approxcase{"mixed_parts_fit", {"3.141592653589793", "", ""}, 2147483647,
-                   FractionText{"3", "146682708", "1035948577"}, none},
-        approxcase{"whole_result", {"3", "", ""}, 10, FractionText{"3", "", "1"}, none},
-        approxcase{"rounds_up_to_whole", {"-2.999", "", ""}, 10, FractionText{"-3", "", "1"}, none},
-        approxcase{"rounds_to_zero", {"-0.01", "", ""}, 10, FractionText{"", "", "1"}, none},
-        approxcase{"tie_to_smaller_denominator", {"0.25", "", ""}, 3, FractionText{"", "1", "3"}, none},
-        approxcase{"record", {"-1", "22", "7"}, 7, FractionText{"-4", "1", "7"}, none},
-        approxcase{"no_number", {"1/2", "", ""}, 10, nothing, {mismatch}},
-        approxcase{"whole_part_beyond_32_bits", {"2147483647", "5", "2"}, 10, nothing, {overflow}},
-        approxcase{"zero_denominator", {"", "1", "0"}, 10, nothing, {divbyzero}},
-        approxcase{"limit_below_one", {"0.5", "", ""}, 0, nothing, {badcall}}),
-    casename{});
+        call{"whole", parse("3"), {}, rec("3", "", "")},
+        call{"negative whole", parse(" -3 "), {}, rec("-3", "", "")},
+        call{"zero is empty", parse("0"), {}, rec("", "", "")},
+        call{"fraction kept unreduced", parse("6/8"), {}, rec("", "6", "8")},
+        call{"improper stays", parse("+7/4"), {}, rec("", "7", "4")},
+        call{"negative fraction", parse("-2/3"), {}, rec("-", "2", "3")},
+        call{"mixed", parse("-1 2/3"), {}, rec("-1", "2", "3")},
+        call{"blanks around the slash", parse("1  2 / 3"), {}, rec("1", "2", "3")},
+        call{"unicode minus and fraction slash", parse("\u22121 2\u20443"), {}, rec("-1", "2", "3")},
+        call{"vulgar after whole", parse("1\u2154"), {}, rec("1", "2", "3")},
+        call{"vulgar after no break space", parse("-1\u00A0\u00BE"), {}, rec("-1", "3", "4")},
+        call{"vulgar alone", parse("\u215E"), {}, rec("", "7", "8")},
+        call{"zero numerator", parse("0/5"), {}, rec("", "", "5")},
+        call{"zero denominator is data", parse("1/0"), {}, rec("", "1", "0")},
+        call{"largest parts", parse("2147483647 1/2147483647"), {}, rec("2147483647", "1", "2147483647")},
+        call{"decimal", parse("1.5"), {}, unallocated, {mismatch}},
+        call{"decimal comma", parse("2,5"), {}, unallocated, {mismatch}},
+        call{"percent", parse("12%"), {}, unallocated, {mismatch}},
+        call{"doubled sign", parse("+-3"), {}, unallocated, {mismatch}},
+        call{"sign inside", parse("1 -2/3"), {}, unallocated, {mismatch}},
+        call{"two numbers", parse("1 2"), {}, unallocated, {mismatch}},
+        call{"missing denominator", parse("2/"), {}, unallocated, {mismatch}},
+        call{"empty", parse("  "), {}, unallocated, {mismatch}},
+        call{"part beyond 32 bits", parse("1/2147483648"), {}, unallocated, {overflow}}),
+    casename);
+
+INSTANTIATE_TEST_SUITE_P(
+    approximate, routinetest,
+    ::testing::Values(
+        call{"sixteenths", approximate(16), {{"0.3125", "", ""}}, rec("", "5", "16")},
+        call{"pi to a million", approximate(1000000), {{"3.141592653589793238462", "", ""}}, rec("3", "140914", "995207")},
+        call{"every digit counts", approximate(2147483647), {{"0.1234567890123", "", ""}}, rec("", "108363171", "877741693")},
+        call{"comma separator", approximate(2147483647), {{"3,141592653589793", "", ""}}, rec("3", "146682708", "1035948577"),
+             {}, {}, ","},
+        call{"whole result", approximate(10), {{"3", "", ""}}, rec("3", "", "1")},
+        call{"rounds up to whole", approximate(10), {{"-2.999", "", ""}}, rec("-3", "", "1")},
+        call{"rounds to zero", approximate(10), {{"-0.01", "", ""}}, rec("", "", "1")},
+        call{"tie to smaller denominator", approximate(3), {{"0.25", "", ""}}, rec("", "1", "3")},
+        call{"record", approximate(7), {{"-1", "22", "7"}}, rec("-4", "1", "7")},
+        call{"no number", approximate(10), {{"1/2", "", ""}}, unallocated, {mismatch}},
+        call{"whole part beyond 32 bits", approximate(10), {{"2147483647", "5", "2"}}, unallocated, {overflow}},
+        call{"zero denominator", approximate(10), {{"", "1", "0"}}, unallocated, {divbyzero}},
+        call{"limit below one", approximate(0), {{"0.5", "", ""}}, unallocated, {badcall}}),
+    casename);
 
 // Python's fractions.Fraction.limit_denominator on random decimals (approximate_reference.py).
 TEST(approximate, agreeswithreference)
@@ -114,20 +79,18 @@ TEST(approximate, agreeswithreference)
     messagecapture capture;
     std::ifstream file(KEL_APPROXIMATE_REFERENCE);
     ASSERT_TRUE(file) << KEL_APPROXIMATE_REFERENCE;
-    std::string line;
+    const auto part = [](const std::string &text) { return text == "_" ? std::string() : text; };
     int rows = 0;
-    auto part = [](const std::string &text) { return text == "_" ? std::string() : text; };
-    while (std::getline(file, line)) {
+    for (std::string line; std::getline(file, line); ++rows) {
         std::istringstream fields(line);
         std::string decimal, whole, numerator, denominator;
         std::int32_t limit = 0;
         fields >> decimal >> limit >> whole >> numerator >> denominator;
-        const FractionText expected{part(whole), part(numerator), denominator};
-        ASSERT_EQ(show(strapproximate({decimal, "", ""}, limit)), show(expected)) << line;
-        ++rows;
+        ASSERT_EQ(show(strapproximate({decimal, "", ""}, limit)), show(rec(part(whole), part(numerator), denominator))) << line;
     }
     EXPECT_EQ(rows, 3000);
     EXPECT_EQ(capture.shown, none);
 }
 
 } // namespace
+} // namespace enginetest
