@@ -1,6 +1,7 @@
 #include "enginetest.h"
 
 #include <numeric>
+#include <optional>
 #include <random>
 
 namespace enginetest {
@@ -61,10 +62,13 @@ TEST(integerlists, resultmessagesandcallerslist)
         LongList input;
         std::int32_t result;
         messages shown = {};
-        LongList after = {}; // the caller's list afterwards, when the routine changes it
+        std::optional<LongList> after = {}; // the caller's list afterwards, when the routine changes it
     };
     const auto minindexof = [](LongList &list) { return minindex(list); };
     const auto gcd = listgcd, lcm = listlcm;
+    const auto nonzero = [](LongList &list) { return std::int32_t((list = removezeros(list)).size()); };
+    // modbymin's result is the caller's list after the call.
+    const auto modmin = [](LongList &list) { return std::int32_t(modbymin(list) == list); };
     constexpr std::int32_t smallest = std::numeric_limits<std::int32_t>::min();
     const row rows[] = {
         {"4 2 3 steps down to the 2", minindexof, {4, 2, 3}, 1},
@@ -85,17 +89,22 @@ TEST(integerlists, resultmessagesandcallerslist)
         {"gcd dividing the smallest by minus one", gcd, {smallest, 5, -1}, -1},
 
         {"lcm with a zero is minus one, signs untouched", lcm, {-3, 0}, -1},
-        {"lcm makes entries positive in place", lcm, {-4, 6}, 12, {}, {4, 6}},
+        {"lcm makes entries positive in place", lcm, {-4, 6}, 12, {}, LongList{4, 6}},
         {"lcm of the largest with 1 and 2", lcm, {2147483647, 1, 2}, 0, {overflow}},
         {"lcm exactly the largest", lcm, {2147483647, 2147483647}, 2147483647},
-        {"lcm stops at the smallest long", lcm, {-2, smallest, -3}, 0, {overflow}, {2, smallest, -3}},
+        {"lcm stops at the smallest long", lcm, {-2, smallest, -3}, 0, {overflow}, LongList{2, smallest, -3}},
         {"lcm of nothing", lcm, {}, 0, {subscript}},
+
+        {"removezeros keeps the order", nonzero, {0, 3, 0, 5}, 2, {}, LongList{3, 5}},
+        {"removezeros of zeros", nonzero, {0, 0}, 0, {subscript}, LongList{}},
+        {"modbymin changes the caller's list", modmin, {12, 18, -7}, 1, {}, LongList{5, 4, -7}},
+        {"modbymin by zero", [](LongList &list) { return std::int32_t(modbymin(list).size()); }, {0, 5}, 0, {divbyzero}},
     };
     for (const row &r : rows) {
         messagecapture capture;
         LongList list = r.input;
         EXPECT_EQ(r.call(list), r.result) << r.name;
-        EXPECT_EQ(list, r.after.empty() ? r.input : r.after) << r.name;
+        EXPECT_EQ(list, r.after.value_or(r.input)) << r.name;
         EXPECT_EQ(capture.shown, r.shown) << r.name;
     }
 }
@@ -126,25 +135,6 @@ TEST(integerlists, randomlistsmatchthestandardlibrary)
         ASSERT_EQ(listlcm(copy), expected) << ::testing::PrintToString(list);
         ASSERT_EQ(capture.shown, expectedshown) << ::testing::PrintToString(list);
     }
-}
-
-TEST(integerlists, removezerosandmodbymin)
-{
-    messagecapture capture;
-    EXPECT_EQ(removezeros({0, 3, 0, 5}), (LongList{3, 5}));
-    EXPECT_EQ(capture.shown, none);
-    EXPECT_EQ(removezeros({0, 0}), LongList{});
-    EXPECT_EQ(capture.shown, messages{subscript});
-
-    capture.shown.clear();
-    LongList list{12, 18, -7};
-    EXPECT_EQ(modbymin(list), (LongList{5, 4, -7}));
-    EXPECT_EQ(list, (LongList{5, 4, -7})) << "the caller's list changes too";
-
-    LongList zero{0, 5};
-    EXPECT_EQ(modbymin(zero), LongList{});
-    EXPECT_EQ(zero, (LongList{0, 5}));
-    EXPECT_EQ(capture.shown, messages{divbyzero});
 }
 
 } // namespace
