@@ -129,6 +129,7 @@ private Q_SLOTS:
                             int error = 0, const char *message = "", rows loads = {}, const char *decimal = ".") {
             QTest::newRow(name) << conversion{decimal, before, method, argument, result, error, message, loads};
         };
+        const rows noload{QStringList()}; // Autoreplace set, nothing loaded
         row("6/8 reduces to 3/4", {"", "6", "8"}, "reduce", 0, {"", "3", "4"});
         row("-7/3 to mixed", {"-", "7", "3"}, "fractomixed", 0, {"-2", "1", "3"});
         row("expand by 0 changes nothing", {"", "1", "2"}, "expand", 0, {"", "1", "2"});
@@ -144,13 +145,13 @@ private Q_SLOTS:
         row("no percent sign, no result", {"12", "1", "2"}, "percenttofrac", 0, {});
         // A failure the engine reports returns nothing; an unallocated result cannot be loaded (9).
         row("0/0 cannot reduce", {"", "0", "0"}, "reduce", 0, {}, 0, "Division by zero");
-        row("0/0 cannot reduce in place", {"", "0", "0"}, "reduce", 0, {}, 9, "Division by zero", {{}});
-        row("expand beyond 32 bits in place", {"", "3", "4"}, "expand", INT_MAX, {}, 9, "Overflow", {{}});
+        row("0/0 cannot reduce in place", {"", "0", "0"}, "reduce", 0, {}, 9, "Division by zero", noload);
+        row("expand beyond 32 bits in place", {"", "3", "4"}, "expand", INT_MAX, {}, 9, "Overflow", noload);
         row("negative count of decimals", {"", "1", "3"}, "fractodecimal", -1, {}, 0, "Invalid procedure call or argument");
         row("percent of a negative count", {"", "1", "3"}, "fractopercent", -1, {}, 9, "Invalid procedure call or argument");
         row("empty value as percent", {"", "", ""}, "fractopercent", 2, {}, 13);
         row("ten decimals overflow", {"0.1234567891", "", ""}, "decimaltofrac", 0, {}, 0, "Overflow");
-        row("lone percent sign", {"%", "", ""}, "percenttofrac", 0, {}, 13, "", {{}});
+        row("lone percent sign", {"%", "", ""}, "percenttofrac", 0, {}, 13, "", noload);
         // A load assigns whole part, numerator and denominator in turn, one event each.
         row("6/8 reduced in place", {"", "6", "8"}, "reduce", 0, {"", "3", "4"}, 0, "",
             {{"+", "", "6", "8", "+", "", "6", "8"}, {"+", "", "6", "8", "+", "", "3", "8"},
@@ -168,7 +169,6 @@ private Q_SLOTS:
     {
         QFETCH(conversion, c);
         testsupport::pinlocale(qPrintable(c.decimal), c.decimal == QLatin1String(",") ? "." : ",");
-        // An empty first load stands for Autoreplace on a conversion that fails.
         const bool autoreplace = !c.loads.isEmpty();
         const rows loads = autoreplace && c.loads.first().isEmpty() ? rows() : c.loads;
 
