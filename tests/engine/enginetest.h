@@ -41,13 +41,6 @@ inline const std::string subscript = "Subscript out of range";
 inline const std::string badcall = "Invalid procedure call or argument";
 inline const std::string outofstack = "Out of stack space";
 
-inline std::string show(const FractionResult &record)
-{
-    if (!record)
-        return "(unallocated)";
-    return "(\"" + (*record)[0] + "\", \"" + (*record)[1] + "\", \"" + (*record)[2] + "\")";
-}
-
 inline FractionResult rec(std::string w, std::string n, std::string d)
 {
     return FractionText{std::move(w), std::move(n), std::move(d)};
@@ -69,6 +62,11 @@ struct call
     FractionList after = {};
     std::string decimal = ".";
 };
+
+inline void PrintTo(const call &c, std::ostream *os)
+{
+    *os << c.name;
+}
 
 class routinetest : public ::testing::TestWithParam<call>
 {

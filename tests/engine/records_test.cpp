@@ -11,7 +11,7 @@ TEST_P(routinetest, recordmessagesandrows)
     pinnedlocale locale(c.decimal);
     messagecapture capture;
     FractionList rows = c.rows;
-    EXPECT_EQ(show(c.run(rows)), show(c.expected));
+    EXPECT_EQ(c.run(rows), c.expected);
     EXPECT_EQ(capture.shown, c.shown);
     EXPECT_EQ(rows, c.after.empty() ? c.rows : c.after);
 }
