@@ -10,21 +10,15 @@ trap 'rm -rf "$work"' EXIT
 status=0
 for form in "$@"; do
   cp "$form" "$work/"
-  copy="$work/$(basename "$form")"
-  report="$work/report.txt"
-  rm -f "$report"
-  QT_QPA_PLATFORM=xcb XDG_CONFIG_HOME="$work/config" QT_PLUGIN_PATH="$plugins:$probe" KEL_PROBE_OUT="$report" \
-    timeout 90 xvfb-run -a "$designer" "$copy" >"$work/designer.log" 2>&1
-  if [ ! -s "$report" ]; then
-    echo "FAIL $form: Designer gave no report"; cat "$work/designer.log"; status=1; continue
-  fi
-  title="$(sed -n 's/^title: //p' "$report")"
-  dirty="$(sed -n 's/^dirty: //p' "$report")"
-  undo="$(sed -n 's/^undo: //p' "$report")"
-  if [[ "$title" == *"*"* || "$dirty" != 0 || "$undo" != 0 ]]; then
-    echo "FAIL $form: title '$title', dirty $dirty, undo steps $undo"; status=1
+  rm -f "$work/report.txt"
+  QT_QPA_PLATFORM=xcb XDG_CONFIG_HOME="$work/config" QT_PLUGIN_PATH="$plugins:$probe" KEL_PROBE_OUT="$work/report.txt" \
+    timeout 90 xvfb-run -a "$designer" "$work/$(basename "$form")" >"$work/designer.log" 2>&1
+  report="$(cat "$work/report.txt" 2>/dev/null)"
+  # The title has no "*", the form is not dirty and there is nothing to undo.
+  if [[ -z "$report" || "$report" == *"*"* || "$report" != *" dirty 0 undo 0" ]]; then
+    echo "FAIL $form: ${report:-Designer gave no report}"; cat "$work/designer.log"; status=1
   else
-    echo "PASS $form: title '$title'"
+    echo "PASS $form: $report"
   fi
 done
 exit $status
