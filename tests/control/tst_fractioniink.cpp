@@ -4,9 +4,7 @@
 #include "testsupport.h"
 
 #include <QApplication>
-#include <QGridLayout>
 #include <QImage>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPainter>
 #include <QTest>
@@ -72,7 +70,6 @@ private Q_SLOTS:
     void init() { testsupport::pinlocale(); }
     void everydigitwhole_data();
     void everydigitwhole();
-    void sizespicture();
 };
 
 void tst_fractioniink::everydigitwhole_data()
@@ -160,48 +157,6 @@ void tst_fractioniink::everydigitwhole()
                                                     .arg(ink.count)
                                                     .arg(alone)));
     }
-}
-
-// With KEL_PICTURE_DIR set, a picture of the grid of sizes and states (the README shows it).
-void tst_fractioniink::sizespicture()
-{
-    const QString dir = qEnvironmentVariable("KEL_PICTURE_DIR");
-    if (dir.isEmpty())
-        QSKIP("KEL_PICTURE_DIR names the folder for the picture");
-    QWidget form;
-    QPalette white = form.palette();
-    white.setColor(QPalette::Window, Qt::white);
-    form.setPalette(white);
-    auto *grid = new QGridLayout(&form);
-    grid->setHorizontalSpacing(18);
-    const QList<std::tuple<const char *, QStringList, bool, int>> states{
-        {"slash", {"4", "1", "7"}, true, 0},       {"bar", {"-12", "3", "145"}, false, 0},
-        {"border", {"2", "35", "89"}, true, 1},    {"bar, border", {"", "12345", "6"}, false, 1},
-        {"no whole part", {"-", "5", "8"}, true, 0}};
-    int column = 1;
-    for (const auto &[caption, record, slash, border] : states)
-        grid->addWidget(new QLabel(QLatin1String(caption)), 0, column++, Qt::AlignCenter);
-    int row = 1;
-    for (int points : {8, 10, 12, 16, 24, 28, 40}) {
-        grid->addWidget(new QLabel(QStringLiteral("%1 pt").arg(points)), row, 0);
-        column = 1;
-        for (const auto &[caption, record, slash, border] : states) {
-            auto *control = new fractioni(&form);
-            control->setFractionslash(slash);
-            control->setBorderstyle(fractioni::fracBorderstyle(border));
-            QFont font = control->Font();
-            font.setPointSize(points);
-            control->setFont(font);
-            control->loadfraction(record);
-            grid->addWidget(control, row, column++, Qt::AlignCenter);
-        }
-        ++row;
-    }
-    form.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&form));
-    for (auto *control : form.findChildren<fractioni *>())
-        control->Refreshfraction();
-    QVERIFY(form.grab().save(dir + QStringLiteral("/sizes.png")));
 }
 
 QTEST_MAIN(tst_fractioniink)

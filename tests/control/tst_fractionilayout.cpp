@@ -15,7 +15,6 @@
 #include <QVBoxLayout>
 
 #include <cmath>
-#include <functional>
 
 using kelfractionint::fractioni;
 
@@ -34,7 +33,6 @@ private Q_SLOTS:
     void inlayout();
     void separator_data();
     void separator();
-    void formpicture();
 
 private:
     kelfractionint::messagecapture m_messages;
@@ -307,66 +305,6 @@ void tst_fractionilayout::separator()
         QVERIFY(rows.size() >= 3);
         QVERIFY(centres.first() > centres.last());
     }
-}
-
-// A form with several controls, as a user sees it. With KEL_PICTURE_DIR set, the picture is
-// saved there as controls.png (the README's picture is taken so, under xvfb).
-void tst_fractionilayout::formpicture()
-{
-    QWidget form;
-    form.setWindowTitle(QStringLiteral("Fractions"));
-    auto *grid = new QGridLayout(&form);
-    grid->setHorizontalSpacing(24);
-    grid->setVerticalSpacing(12);
-    struct sample
-    {
-        const char *caption;
-        QStringList record;
-        std::function<void(fractioni &)> setup;
-    };
-    const QList<sample> samples{
-        {"positive", {"4", "1", "7"}, [](fractioni &) {}},
-        {"negative", {"-12", "3", "145"}, [](fractioni &) {}},
-        {"bar", {"2", "5", "8"}, [](fractioni &f) { f.setFractionslash(false); }},
-        {"border and grip", {"", "11", "16"},
-         [](fractioni &f) {
-             f.setBorderstyle(fractioni::borderstylefixed);
-             f.setUserresizeable(true);
-         }},
-        {"whole part only", {"42", "", ""}, [](fractioni &) {}},
-        {"colours and Forcesign", {"3", "1", "2"},
-         [](fractioni &f) {
-             f.setForcesign(true);
-             f.setPosforecolor(0x806000);
-             f.setNumeratorbackcolor(0xE0FFFF);
-             f.setDenominatorbackcolor(0xE0FFFF);
-         }},
-        {"enlarged font", {"-1", "3", "4"},
-         [](fractioni &f) {
-             QFont font = f.Font();
-             font.setPointSizeF(font.pointSizeF() * 2);
-             f.setFont(font);
-             f.setFractionslash(false);
-         }},
-    };
-    for (int i = 0; i < samples.size(); ++i) {
-        auto *control = new fractioni(&form);
-        samples.at(i).setup(*control);
-        control->loadfraction(samples.at(i).record);
-        grid->addWidget(new QLabel(QString::fromLatin1(samples.at(i).caption), &form), 0, i, Qt::AlignHCenter);
-        grid->addWidget(control, 1, i, Qt::AlignCenter);
-    }
-    form.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&form));
-    form.adjustSize();
-    QCoreApplication::processEvents();
-    const QPixmap picture = form.grab();
-    QVERIFY(!picture.isNull());
-    for (fractioni *control : form.findChildren<fractioni *>())
-        QVERIFY(form.rect().contains(control->geometry()));
-    const QString dir = qEnvironmentVariable("KEL_PICTURE_DIR");
-    if (!dir.isEmpty())
-        QVERIFY(picture.save(dir + QStringLiteral("/controls.png")));
 }
 
 QTEST_MAIN(tst_fractionilayout)

@@ -122,7 +122,6 @@ private Q_SLOTS:
     void editing_data();
     void editing();
     void largemodelopensquickly();
-    void tablepicture();
 
 private:
     QAbstractButton *button(const QString &name) const { return window->findChild<QAbstractButton *>(name); }
@@ -504,19 +503,6 @@ void tst_fractiondemo::largemodelopensquickly()
     // Only the rows on the screen are read.
     QVERIFY2(counter.rows.size() < 200, qPrintable(QString::number(counter.rows.size())));
     QCOMPARE(model.rowCount(), 100000);
-}
-
-void tst_fractiondemo::tablepicture()
-{
-    const QString dir = qEnvironmentVariable("KEL_PICTURE_DIR");
-    if (dir.isEmpty())
-        QSKIP("KEL_PICTURE_DIR names the folder for the picture");
-    kelfractionint::measurementspage page;
-    page.resize(520, 420);
-    page.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&page));
-    page.table()->selectRow(2);
-    QVERIFY(page.grab().save(dir + QStringLiteral("/table.png")));
 }
 
 QTEST_MAIN(tst_fractiondemo)

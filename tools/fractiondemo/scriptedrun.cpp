@@ -2,16 +2,20 @@
 
 #include "demowindow.h"
 #include "fractioni.h"
+#include "measurements.h"
 
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
+#include <QGridLayout>
+#include <QLabel>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QPixmap>
+#include <QTableView>
 #include <QThread>
 
 namespace kelfractionint::scriptedrun {
@@ -136,6 +140,88 @@ bool run(demowindow &window, const QString &png)
     const QString path = QFileInfo(png).absoluteFilePath();
     QDir().mkpath(QFileInfo(path).absolutePath());
     return window.grab().save(path, "PNG");
+}
+
+bool gallery(const QString &dir)
+{
+    QDir().mkpath(dir);
+    const auto save = [&dir](QWidget &widget, const char *name) {
+        widget.show();
+        if (!widget.testAttribute(Qt::WA_Resized))
+            widget.adjustSize();
+        settle();
+        for (fractioni *control : widget.findChildren<fractioni *>())
+            control->Refreshfraction();
+        return widget.grab().save(dir + QLatin1Char('/') + QLatin1String(name), "PNG");
+    };
+    const auto control = [](QWidget *parent, const QStringList &value, bool slash, int points = 0) {
+        auto *made = new fractioni(parent);
+        made->setFractionslash(slash);
+        if (points > 0) {
+            QFont font = made->Font();
+            font.setPointSize(points);
+            made->setFont(font);
+        }
+        made->loadfraction(value);
+        return made;
+    };
+
+    // A form as a user sees it: both signs, bar, border and grip, whole part only, colours with
+    // Forcesign, and an enlarged font.
+    QWidget form;
+    form.setWindowTitle(QStringLiteral("Fractions"));
+    auto *grid = new QGridLayout(&form);
+    grid->setHorizontalSpacing(24);
+    grid->setVerticalSpacing(12);
+    QList<fractioni *> samples{control(&form, {"4", "1", "7"}, true), control(&form, {"-12", "3", "145"}, true),
+                               control(&form, {"2", "5", "8"}, false), control(&form, {"", "11", "16"}, true),
+                               control(&form, {"42", "", ""}, true), control(&form, {"3", "1", "2"}, true),
+                               control(&form, {"-1", "3", "4"}, false)};
+    samples[3]->setBorderstyle(fractioni::borderstylefixed);
+    samples[3]->setUserresizeable(true);
+    samples[5]->setForcesign(true);
+    samples[5]->setPosforecolor(0x806000);
+    samples[5]->setNumeratorbackcolor(0xE0FFFF);
+    samples[5]->setDenominatorbackcolor(0xE0FFFF);
+    QFont enlarged = samples[6]->Font();
+    enlarged.setPointSizeF(enlarged.pointSizeF() * 2);
+    samples[6]->setFont(enlarged);
+    const char *captions[] = {"positive", "negative", "bar", "border and grip", "whole part only",
+                              "colours and Forcesign", "enlarged font"};
+    for (int i = 0; i < samples.size(); ++i) {
+        grid->addWidget(new QLabel(QLatin1String(captions[i]), &form), 0, i, Qt::AlignHCenter);
+        grid->addWidget(samples[i], 1, i, Qt::AlignCenter);
+    }
+
+    // Every size in five states, on white.
+    QWidget sizes;
+    QPalette white = sizes.palette();
+    white.setColor(QPalette::Window, Qt::white);
+    sizes.setPalette(white);
+    auto *table = new QGridLayout(&sizes);
+    table->setHorizontalSpacing(18);
+    const QList<std::tuple<const char *, QStringList, bool, bool>> states{
+        {"slash", {"4", "1", "7"}, true, false}, {"bar", {"-12", "3", "145"}, false, false},
+        {"border", {"2", "35", "89"}, true, true}, {"bar, border", {"", "12345", "6"}, false, true},
+        {"no whole part", {"-", "5", "8"}, true, false}};
+    for (int column = 0; column < states.size(); ++column)
+        table->addWidget(new QLabel(QLatin1String(std::get<0>(states[column]))), 0, column + 1, Qt::AlignCenter);
+    int row = 1;
+    for (int points : {8, 10, 12, 16, 24, 28, 40}) {
+        table->addWidget(new QLabel(QStringLiteral("%1 pt").arg(points)), row, 0);
+        for (int column = 0; column < states.size(); ++column) {
+            const auto &[caption, value, slash, border] = states[column];
+            fractioni *each = control(&sizes, value, slash, points);
+            each->setBorderstyle(border ? fractioni::borderstylefixed : fractioni::borderstylenone);
+            table->addWidget(each, row, column + 1, Qt::AlignCenter);
+        }
+        ++row;
+    }
+
+    measurementspage page;
+    page.resize(520, 420);
+    page.table()->selectRow(2);
+    return save(form, "controls.png") && save(sizes, "sizes.png") && save(page, "table.png");
 }
 
 } // namespace kelfractionint::scriptedrun

@@ -22,5 +22,10 @@ void click(QAbstractButton *button);
  *  Returns false when the picture could not be written. */
 bool run(demowindow &window, const QString &png);
 
+/*! Writes the README's pictures into \a dir: controls.png (a form with controls in several
+ *  states), sizes.png (fonts from 8 to 40 pt in five states) and table.png (the measurements
+ *  page). Returns false when a picture could not be written. */
+bool gallery(const QString &dir);
+
 } // namespace scriptedrun
 } // namespace kelfractionint
