@@ -20,28 +20,6 @@
 
 using kelfractionint::fractioni;
 
-class tst_fractionilayout : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void init() { testsupport::pinlocale(); }
-
-    void geometry_data();
-    void geometry();
-    void emptycontrol();
-    void zoom();
-    void inlayout_data();
-    void inlayout();
-    void separator_data();
-    void separator();
-    void everydigitwhole_data();
-    void everydigitwhole();
-
-private:
-    kelfractionint::messagecapture m_messages;
-};
-
 namespace {
 
 struct shown
@@ -111,332 +89,335 @@ int px(double pixels)
 
 } // namespace
 
-void tst_fractionilayout::geometry_data()
+class tst_fractionilayout : public QObject
 {
-    QTest::addColumn<QStringList>("record");
-    QTest::addColumn<int>("border");
-    QTest::addColumn<bool>("grip");
-    QTest::addColumn<bool>("fracpartvisible");
+    Q_OBJECT
 
-    QTest::newRow("4 1/7 without border") << QStringList{"4", "1", "7"} << 0 << false << true;
-    QTest::newRow("4 1/7 with fixed border") << QStringList{"4", "1", "7"} << 1 << false << true;
-    QTest::newRow("narrower numerator shifts the numerator") << QStringList{"3", "1", "12"} << 0 << false << true;
-    QTest::newRow("wider numerator shifts the denominator") << QStringList{"-2", "123", "4"} << 1 << false << true;
-    QTest::newRow("equal lengths give no shift") << QStringList{"2", "11", "88"} << 0 << false << true;
-    QTest::newRow("hidden whole part centres the fraction") << QStringList{"", "1", "12"} << 0 << false << true;
-    QTest::newRow("hidden whole part with border") << QStringList{"", "123", "4"} << 1 << false << true;
-    QTest::newRow("hidden fraction part") << QStringList{"15", "", ""} << 0 << false << false;
-    QTest::newRow("grip counts in the width") << QStringList{"4", "1", "7"} << 1 << true << true;
-}
+private Q_SLOTS:
+    void init() { testsupport::pinlocale(); }
 
-void tst_fractionilayout::geometry()
-{
-    QFETCH(QStringList, record);
-    QFETCH(int, border);
-    QFETCH(bool, grip);
-    QFETCH(bool, fracpartvisible);
+    void geometry_data()
+    {
+        QTest::addColumn<QStringList>("record");
+        QTest::addColumn<int>("border");
+        QTest::addColumn<bool>("grip");
+        QTest::addColumn<bool>("fracpartvisible");
 
-    shown s;
-    QVERIFY(QTest::qWaitForWindowExposed(&s.window));
-    fractioni &c = *s.control;
-    c.setBorderstyle(fractioni::fracBorderstyle(border));
-    c.setUserresizeable(grip);
-    c.setFracpartvisible(fracpartvisible);
-    c.loadfraction(record);
-    c.Refreshfraction();
-
-    QLineEdit *whole = s.field("wholepart");
-    QLineEdit *numer = s.field("numerator");
-    QLineEdit *denom = s.field("denominator");
-    QWidget *lblgrip = c.findChild<QWidget *>(QStringLiteral("lblgrip"));
-    QVERIFY(lblgrip);
-    QCOMPARE(!lblgrip->isHidden(), grip);
-    QCOMPARE(!whole->isHidden(), !record.at(0).isEmpty());
-    QCOMPARE(!numer->isHidden(), !record.at(1).isEmpty());
-
-    // Sizes: each field exactly as large as its text, the two fraction fields share the wider width.
-    const QFontMetricsF metrics(whole->font());
-    QCOMPARE(whole->width(), px(metrics.horizontalAdvance(c.Wholepartvalue())));
-    QCOMPARE(whole->height(), px(metrics.height()));
-    const double fracwidth = std::max(metrics.horizontalAdvance(c.Numeratorvalue()),
-                                      metrics.horizontalAdvance(c.Denominatorvalue()));
-    QCOMPARE(numer->width(), px(fracwidth));
-    QCOMPARE(denom->width(), px(fracwidth));
-
-    // The control: gaps of two pixels, the visible children and the centring offset.
-    const double gap = 2;
-    const double B = border;
-    const double d = c.Numeratorvalue().size() == c.Denominatorvalue().size()
-        ? 0
-        : (metrics.horizontalAdvance(c.Numeratorvalue()) - metrics.horizontalAdvance(c.Denominatorvalue())) / 2;
-    const double width = (2 * B + 3) * gap + (numer->isHidden() ? 0 : numer->width())
-                       + (whole->isHidden() ? 0 : whole->width()) + (lblgrip->isHidden() ? 0 : lblgrip->width())
-                       + std::abs(d);
-    QCOMPARE(c.width(), px(width));
-    QCOMPARE(c.height(), px(2 * B * gap + 2 * whole->height()));
-
-    // Positions.
-    const double W = c.width();
-    const double H = c.height();
-    QCOMPARE(whole->pos(), QPoint(px((B + 1) * gap), px(H / 4)));
-    if (!whole->isHidden()) {
-        const double left = gap + whole->width();
-        QCOMPARE(numer->pos(), QPoint(px(d >= 0 ? left : left - d), px(H / 8)));
-        QCOMPARE(denom->pos(), QPoint(px(d >= 0 ? left + d : left), px(5 * H / 8)));
-    } else {
-        const double centre = (W - numer->width()) / 2;
-        QCOMPARE(numer->x(), px(d >= 0 ? centre : centre - d));
-        QCOMPARE(denom->x(), px(d >= 0 ? centre + d : centre));
-        QCOMPARE(numer->y(), px(whole->y() - numer->height() / 2.0));
-        QCOMPARE(denom->y(), px(whole->y() + whole->height() - denom->height() / 2.0));
+        QTest::newRow("4 1/7 without border") << QStringList{"4", "1", "7"} << 0 << false << true;
+        QTest::newRow("4 1/7 with fixed border") << QStringList{"4", "1", "7"} << 1 << false << true;
+        QTest::newRow("narrower numerator shifts the numerator") << QStringList{"3", "1", "12"} << 0 << false << true;
+        QTest::newRow("wider numerator shifts the denominator") << QStringList{"-2", "123", "4"} << 1 << false << true;
+        QTest::newRow("equal lengths give no shift") << QStringList{"2", "11", "88"} << 0 << false << true;
+        QTest::newRow("hidden whole part centres the fraction") << QStringList{"", "1", "12"} << 0 << false << true;
+        QTest::newRow("hidden whole part with border") << QStringList{"", "123", "4"} << 1 << false << true;
+        QTest::newRow("hidden fraction part") << QStringList{"15", "", ""} << 0 << false << false;
+        QTest::newRow("grip counts in the width") << QStringList{"4", "1", "7"} << 1 << true << true;
     }
-    QCOMPARE(lblgrip->pos(), QPoint(px(W - lblgrip->width() - B * gap), px(H - lblgrip->height() - B * gap)));
-}
+    void geometry()
+    {
+        QFETCH(QStringList, record);
+        QFETCH(int, border);
+        QFETCH(bool, grip);
+        QFETCH(bool, fracpartvisible);
 
-void tst_fractionilayout::emptycontrol()
-{
-    shown s;
-    QVERIFY(QTest::qWaitForWindowActive(&s.window));
-    s.control->clearfraction();
-    s.control->setNumeratorvalue(QString());
-    QVERIFY(s.control->Wholepartvalue().isEmpty());
-    QVERIFY(s.control->Numeratorvalue().isEmpty());
-    QCOMPARE(s.control->width(), kelfractionint::twipstopixels(600, kelfractionint::twipsperpixelx(s.control)));
-    QVERIFY(!s.field("wholepart")->isHidden());
-    QTRY_VERIFY(s.field("wholepart")->hasFocus());
-}
+        shown s;
+        QVERIFY(QTest::qWaitForWindowExposed(&s.window));
+        fractioni &c = *s.control;
+        c.setBorderstyle(fractioni::fracBorderstyle(border));
+        c.setUserresizeable(grip);
+        c.setFracpartvisible(fracpartvisible);
+        c.loadfraction(record);
+        c.Refreshfraction();
 
-void tst_fractionilayout::zoom()
-{
-    shown s;
-    QVERIFY(QTest::qWaitForWindowExposed(&s.window));
-    fractioni &c = *s.control;
-    const double size = QFontInfo(c.Font()).pointSizeF();
-    const double tpy = kelfractionint::twipsperpixely(&c);
-    c.fracsize(float(c.width() * kelfractionint::twipsperpixelx(&c)), float(2 * c.height() * tpy));
-    QVERIFY2(std::abs(QFontInfo(c.Font()).pointSizeF() - 2 * size) < 0.1 * size,
-             qPrintable(QString::number(QFontInfo(c.Font()).pointSizeF())));
-    // The height then snaps to twice a line of the new font.
-    QCOMPARE(c.height(), 2 * s.field("wholepart")->height());
-    QCOMPARE(s.field("wholepart")->font().pointSizeF(), c.Font().pointSizeF());
-}
+        QLineEdit *whole = s.field("wholepart");
+        QLineEdit *numer = s.field("numerator");
+        QLineEdit *denom = s.field("denominator");
+        QWidget *lblgrip = c.findChild<QWidget *>(QStringLiteral("lblgrip"));
+        QVERIFY(lblgrip);
+        QCOMPARE(!lblgrip->isHidden(), grip);
+        QCOMPARE(!whole->isHidden(), !record.at(0).isEmpty());
+        QCOMPARE(!numer->isHidden(), !record.at(1).isEmpty());
 
-void tst_fractionilayout::inlayout_data()
-{
-    QTest::addColumn<bool>("grid");
-    QTest::addColumn<bool>("enlargefont");
+        // Sizes: each field exactly as large as its text, the two fraction fields share the wider width.
+        const QFontMetricsF metrics(whole->font());
+        QCOMPARE(whole->width(), px(metrics.horizontalAdvance(c.Wholepartvalue())));
+        QCOMPARE(whole->height(), px(metrics.height()));
+        const double fracwidth = std::max(metrics.horizontalAdvance(c.Numeratorvalue()),
+                                          metrics.horizontalAdvance(c.Denominatorvalue()));
+        QCOMPARE(numer->width(), px(fracwidth));
+        QCOMPARE(denom->width(), px(fracwidth));
 
-    QTest::newRow("row, enlarged font") << false << true;
-    QTest::newRow("row, grown value") << false << false;
-    QTest::newRow("grid, enlarged font") << true << true;
-    QTest::newRow("grid, grown value") << true << false;
-}
+        // The control: gaps of two pixels, the visible children and the centring offset.
+        const double gap = 2;
+        const double B = border;
+        const double d = c.Numeratorvalue().size() == c.Denominatorvalue().size()
+            ? 0
+            : (metrics.horizontalAdvance(c.Numeratorvalue()) - metrics.horizontalAdvance(c.Denominatorvalue())) / 2;
+        const double width = (2 * B + 3) * gap + (numer->isHidden() ? 0 : numer->width())
+                           + (whole->isHidden() ? 0 : whole->width()) + (lblgrip->isHidden() ? 0 : lblgrip->width())
+                           + std::abs(d);
+        QCOMPARE(c.width(), px(width));
+        QCOMPARE(c.height(), px(2 * B * gap + 2 * whole->height()));
 
-// A control in a Qt layout gets the size that it computed for itself from the layout, also after
-// it has grown, and the layout's stale size never reaches it as a zoom of its font.
-void tst_fractionilayout::inlayout()
-{
-    QFETCH(bool, grid);
-    QFETCH(bool, enlargefont);
-
-    QWidget window;
-    auto *control = new fractioni(&window);
-    auto *label = new QLabel(QStringLiteral("x ="), &window);
-    if (grid) {
-        auto *layout = new QGridLayout(&window);
-        layout->addWidget(label, 0, 0);
-        layout->addWidget(control, 0, 1);
-        layout->addWidget(new QLabel(QStringLiteral("below"), &window), 1, 1);
-    } else {
-        auto *layout = new QHBoxLayout(&window);
-        layout->addWidget(label);
-        layout->addWidget(control);
-        layout->addStretch();
+        // Positions.
+        const double W = c.width();
+        const double H = c.height();
+        QCOMPARE(whole->pos(), QPoint(px((B + 1) * gap), px(H / 4)));
+        if (!whole->isHidden()) {
+            const double left = gap + whole->width();
+            QCOMPARE(numer->pos(), QPoint(px(d >= 0 ? left : left - d), px(H / 8)));
+            QCOMPARE(denom->pos(), QPoint(px(d >= 0 ? left + d : left), px(5 * H / 8)));
+        } else {
+            const double centre = (W - numer->width()) / 2;
+            QCOMPARE(numer->x(), px(d >= 0 ? centre : centre - d));
+            QCOMPARE(denom->x(), px(d >= 0 ? centre + d : centre));
+            QCOMPARE(numer->y(), px(whole->y() - numer->height() / 2.0));
+            QCOMPARE(denom->y(), px(whole->y() + whole->height() - denom->height() / 2.0));
+        }
+        QCOMPARE(lblgrip->pos(), QPoint(px(W - lblgrip->width() - B * gap), px(H - lblgrip->height() - B * gap)));
     }
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    const QSize before = control->size();
-    QCOMPARE(control->sizeHint(), before);
-
-    // The same change on a shown control of its own, outside any layout, gives the size to expect.
-    fractioni reference;
-    reference.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&reference));
-    QFont font = control->Font();
-    font.setPointSizeF(font.pointSizeF() * 2);
-    const QStringList grown{"-1234", "56", "789"};
-    if (enlargefont) {
-        control->setFont(font);
-        reference.setFont(font);
-    } else {
-        control->loadfraction(grown);
-        reference.loadfraction(grown);
+    void emptycontrol()
+    {
+        shown s;
+        QVERIFY(QTest::qWaitForWindowActive(&s.window));
+        s.control->clearfraction();
+        s.control->setNumeratorvalue(QString());
+        QVERIFY(s.control->Wholepartvalue().isEmpty());
+        QVERIFY(s.control->Numeratorvalue().isEmpty());
+        QCOMPARE(s.control->width(), kelfractionint::twipstopixels(600, kelfractionint::twipsperpixelx(s.control)));
+        QVERIFY(!s.field("wholepart")->isHidden());
+        QTRY_VERIFY(s.field("wholepart")->hasFocus());
     }
-    QVERIFY(reference.width() > before.width());
-
-    QTRY_COMPARE(control->size(), reference.size());
-    QCOMPARE(control->sizeHint(), reference.size());
-    QCOMPARE(control->minimumSizeHint(), reference.size());
-    QCOMPARE(control->Font(), reference.Font());
-    QTRY_VERIFY(window.rect().contains(control->geometry()));
-    QVERIFY(control->x() >= label->geometry().right());
-    // A second round of the layout changes nothing.
-    window.layout()->activate();
-    QCoreApplication::processEvents();
-    QCOMPARE(control->size(), reference.size());
-    QCOMPARE(control->Font(), reference.Font());
-}
-
-void tst_fractionilayout::separator_data()
-{
-    QTest::addColumn<bool>("slash");
-    QTest::addColumn<QStringList>("record");
-
-    QTest::newRow("bar under 3") << false << QStringList{"", "3", "8"};
-    QTest::newRow("bar under a narrower numerator") << false << QStringList{"-1", "1", "16"};
-    QTest::newRow("slash") << true << QStringList{"2", "3", "8"};
-    QTest::newRow("slash under a wider numerator") << true << QStringList{"", "125", "8"};
-}
-
-void tst_fractionilayout::separator()
-{
-    QFETCH(bool, slash);
-    QFETCH(QStringList, record);
-
-    shown s;
-    QVERIFY(QTest::qWaitForWindowExposed(&s.window));
-    fractioni &c = *s.control;
-    c.setBackcolor(0xFFFFFF);
-    c.setPosforecolor(0x00C000);
-    c.setNegforecolor(0x00C000);
-    c.setFractionslash(slash);
-    QFont big = c.Font();
-    big.setPointSize(28);
-    c.setFont(big);
-    c.loadfraction(record);
-    c.Refreshfraction();
-
-    const QImage image = c.grab().toImage();
-    QLineEdit *numer = s.field("numerator");
-    QLineEdit *denom = s.field("denominator");
-    const QFontMetrics metrics(numer->font());
-    const int top = numer->y() + metrics.ascent() + 1;
-    const int bottom = denom->y() + metrics.ascent() - metrics.capHeight() - denom->textMargins().bottom() - 1;
-    QVERIFY(bottom > top);
-    const int left = std::min(numer->x(), denom->x());
-    const int right = std::max(numer->x(), denom->x()) + numer->width();
-    auto inked = [&image](int x, int y) {
-        const QColor pixel = image.pixelColor(x, y);
-        return pixel.green() - std::max(pixel.red(), pixel.blue()) > 60;
-    };
-    QList<int> rows;
-    QList<double> centres;
-    for (int y = top; y <= bottom; ++y) {
-        int count = 0;
-        double sum = 0;
-        for (int x = left; x < right; ++x)
-            inked(x, y) && (++count, sum += x);
-        if (count > 0)
-            rows.append(count), centres.append(sum / count);
+    void zoom()
+    {
+        shown s;
+        QVERIFY(QTest::qWaitForWindowExposed(&s.window));
+        fractioni &c = *s.control;
+        const double size = QFontInfo(c.Font()).pointSizeF();
+        const double tpy = kelfractionint::twipsperpixely(&c);
+        c.fracsize(float(c.width() * kelfractionint::twipsperpixelx(&c)), float(2 * c.height() * tpy));
+        QVERIFY2(std::abs(QFontInfo(c.Font()).pointSizeF() - 2 * size) < 0.1 * size,
+                 qPrintable(QString::number(QFontInfo(c.Font()).pointSizeF())));
+        // The height then snaps to twice a line of the new font.
+        QCOMPARE(c.height(), 2 * s.field("wholepart")->height());
+        QCOMPARE(s.field("wholepart")->font().pointSizeF(), c.Font().pointSizeF());
     }
-    QVERIFY2(!rows.isEmpty(), "no separator between the fields");
-    if (!slash) {
-        // One bar of at most two rows across the field; the digits' antialiased edges may show.
-        const auto across = std::count_if(rows.begin(), rows.end(), [&](int n) { return n >= numer->width() - 2; });
-        QVERIFY(across >= 1 && across <= 2);
-    } else {
-        // Lower left to upper right: the ink moves left as the rows go down.
-        QVERIFY(rows.size() >= 3);
-        QVERIFY(centres.first() > centres.last());
-    }
-}
+    void inlayout_data()
+    {
+        QTest::addColumn<bool>("grid");
+        QTest::addColumn<bool>("enlargefont");
 
-void tst_fractionilayout::everydigitwhole_data()
-{
-    QTest::addColumn<int>("points");
-    QTest::addColumn<bool>("slash");
-    QTest::addColumn<int>("border");
-    QTest::addColumn<QStringList>("record");
-    const QList<QStringList> records{{"4", "1", "7"},         {"-12", "3", "145"}, {"", "12345", "6"},
-                                     {"-", "35", "89"},       {"2", "12", "5"},    {"9", "69", "38"}};
-    for (int points : {8, 9, 10, 12, 16, 24, 28, 40}) {
-        for (int border : {0, 1}) {
-            for (bool slash : {true, false}) {
-                for (const QStringList &record : records) {
-                    QTest::addRow("%d pt %s border %d %s", points, slash ? "slash" : "bar", border,
-                                  qPrintable(record.join(QLatin1Char(' '))))
-                        << points << slash << border << record;
+        QTest::newRow("row, enlarged font") << false << true;
+        QTest::newRow("row, grown value") << false << false;
+        QTest::newRow("grid, enlarged font") << true << true;
+        QTest::newRow("grid, grown value") << true << false;
+    }
+    // A control in a Qt layout gets the size that it computed for itself from the layout, also after
+    // it has grown, and the layout's stale size never reaches it as a zoom of its font.
+    void inlayout()
+    {
+        QFETCH(bool, grid);
+        QFETCH(bool, enlargefont);
+
+        QWidget window;
+        auto *control = new fractioni(&window);
+        auto *label = new QLabel(QStringLiteral("x ="), &window);
+        if (grid) {
+            auto *layout = new QGridLayout(&window);
+            layout->addWidget(label, 0, 0);
+            layout->addWidget(control, 0, 1);
+            layout->addWidget(new QLabel(QStringLiteral("below"), &window), 1, 1);
+        } else {
+            auto *layout = new QHBoxLayout(&window);
+            layout->addWidget(label);
+            layout->addWidget(control);
+            layout->addStretch();
+        }
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        const QSize before = control->size();
+        QCOMPARE(control->sizeHint(), before);
+
+        // The same change on a shown control of its own, outside any layout, gives the size to expect.
+        fractioni reference;
+        reference.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&reference));
+        QFont font = control->Font();
+        font.setPointSizeF(font.pointSizeF() * 2);
+        const QStringList grown{"-1234", "56", "789"};
+        if (enlargefont) {
+            control->setFont(font);
+            reference.setFont(font);
+        } else {
+            control->loadfraction(grown);
+            reference.loadfraction(grown);
+        }
+        QVERIFY(reference.width() > before.width());
+
+        QTRY_COMPARE(control->size(), reference.size());
+        QCOMPARE(control->sizeHint(), reference.size());
+        QCOMPARE(control->minimumSizeHint(), reference.size());
+        QCOMPARE(control->Font(), reference.Font());
+        QTRY_VERIFY(window.rect().contains(control->geometry()));
+        QVERIFY(control->x() >= label->geometry().right());
+        // A second round of the layout changes nothing.
+        window.layout()->activate();
+        QCoreApplication::processEvents();
+        QCOMPARE(control->size(), reference.size());
+        QCOMPARE(control->Font(), reference.Font());
+    }
+    void separator_data()
+    {
+        QTest::addColumn<bool>("slash");
+        QTest::addColumn<QStringList>("record");
+
+        QTest::newRow("bar under 3") << false << QStringList{"", "3", "8"};
+        QTest::newRow("bar under a narrower numerator") << false << QStringList{"-1", "1", "16"};
+        QTest::newRow("slash") << true << QStringList{"2", "3", "8"};
+        QTest::newRow("slash under a wider numerator") << true << QStringList{"", "125", "8"};
+    }
+    void separator()
+    {
+        QFETCH(bool, slash);
+        QFETCH(QStringList, record);
+
+        shown s;
+        QVERIFY(QTest::qWaitForWindowExposed(&s.window));
+        fractioni &c = *s.control;
+        c.setBackcolor(0xFFFFFF);
+        c.setPosforecolor(0x00C000);
+        c.setNegforecolor(0x00C000);
+        c.setFractionslash(slash);
+        QFont big = c.Font();
+        big.setPointSize(28);
+        c.setFont(big);
+        c.loadfraction(record);
+        c.Refreshfraction();
+
+        const QImage image = c.grab().toImage();
+        QLineEdit *numer = s.field("numerator");
+        QLineEdit *denom = s.field("denominator");
+        const QFontMetrics metrics(numer->font());
+        const int top = numer->y() + metrics.ascent() + 1;
+        const int bottom = denom->y() + metrics.ascent() - metrics.capHeight() - denom->textMargins().bottom() - 1;
+        QVERIFY(bottom > top);
+        const int left = std::min(numer->x(), denom->x());
+        const int right = std::max(numer->x(), denom->x()) + numer->width();
+        auto inked = [&image](int x, int y) {
+            const QColor pixel = image.pixelColor(x, y);
+            return pixel.green() - std::max(pixel.red(), pixel.blue()) > 60;
+        };
+        QList<int> rows;
+        QList<double> centres;
+        for (int y = top; y <= bottom; ++y) {
+            int count = 0;
+            double sum = 0;
+            for (int x = left; x < right; ++x)
+                inked(x, y) && (++count, sum += x);
+            if (count > 0)
+                rows.append(count), centres.append(sum / count);
+        }
+        QVERIFY2(!rows.isEmpty(), "no separator between the fields");
+        if (!slash) {
+            // One bar of at most two rows across the field; the digits' antialiased edges may show.
+            const auto across = std::count_if(rows.begin(), rows.end(), [&](int n) { return n >= numer->width() - 2; });
+            QVERIFY(across >= 1 && across <= 2);
+        } else {
+            // Lower left to upper right: the ink moves left as the rows go down.
+            QVERIFY(rows.size() >= 3);
+            QVERIFY(centres.first() > centres.last());
+        }
+    }
+    void everydigitwhole_data()
+    {
+        QTest::addColumn<int>("points");
+        QTest::addColumn<bool>("slash");
+        QTest::addColumn<int>("border");
+        QTest::addColumn<QStringList>("record");
+        const QList<QStringList> records{{"4", "1", "7"},         {"-12", "3", "145"}, {"", "12345", "6"},
+                                         {"-", "35", "89"},       {"2", "12", "5"},    {"9", "69", "38"}};
+        for (int points : {8, 9, 10, 12, 16, 24, 28, 40}) {
+            for (int border : {0, 1}) {
+                for (bool slash : {true, false}) {
+                    for (const QStringList &record : records) {
+                        QTest::addRow("%d pt %s border %d %s", points, slash ? "slash" : "bar", border,
+                                      qPrintable(record.join(QLatin1Char(' '))))
+                            << points << slash << border << record;
+                    }
                 }
             }
         }
     }
-}
+    void everydigitwhole()
+    {
+        QFETCH(int, points);
+        QFETCH(bool, slash);
+        QFETCH(int, border);
+        QFETCH(QStringList, record);
+        QWidget window;
+        auto *control = new fractioni(&window);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        // Black on white, as the reference is drawn: antialiasing over another colour inks more pixels.
+        control->setNegforecolor(0);
+        control->setBackcolor(0xFFFFFF);
+        control->setWholepartbackcolor(0xFFFFFF);
+        control->setNumeratorbackcolor(0xFFFFFF);
+        control->setDenominatorbackcolor(0xFFFFFF);
+        control->setFractionslash(slash);
+        control->setBorderstyle(fractioni::fracBorderstyle(border));
+        QFont font = control->Font();
+        font.setPointSize(points);
+        control->setFont(font);
+        control->loadfraction(record);
+        control->Refreshfraction();
+        // No field's caret in the picture.
+        if (QWidget *focused = QApplication::focusWidget())
+            focused->clearFocus();
 
-void tst_fractionilayout::everydigitwhole()
-{
-    QFETCH(int, points);
-    QFETCH(bool, slash);
-    QFETCH(int, border);
-    QFETCH(QStringList, record);
-    QWidget window;
-    auto *control = new fractioni(&window);
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    // Black on white, as the reference is drawn: antialiasing over another colour inks more pixels.
-    control->setNegforecolor(0);
-    control->setBackcolor(0xFFFFFF);
-    control->setWholepartbackcolor(0xFFFFFF);
-    control->setNumeratorbackcolor(0xFFFFFF);
-    control->setDenominatorbackcolor(0xFFFFFF);
-    control->setFractionslash(slash);
-    control->setBorderstyle(fractioni::fracBorderstyle(border));
-    QFont font = control->Font();
-    font.setPointSize(points);
-    control->setFont(font);
-    control->loadfraction(record);
-    control->Refreshfraction();
-    // No field's caret in the picture.
-    if (QWidget *focused = QApplication::focusWidget())
-        focused->clearFocus();
-
-    const QImage picture = control->Picture().toImage();
-    const qreal dpr = picture.devicePixelRatio();
-    QCOMPARE(picture.size(), control->size() * dpr);
-    const int edge = int(border * dpr);
-    const int height = picture.height();
-    for (const char *name : {"wholepart", "numerator", "denominator"}) {
-        const auto *field = control->findChild<QLineEdit *>(QLatin1String(name));
-        if (field->isHidden() || field->text().isEmpty())
-            continue;
-        // The columns of this field's text that no other field's text shares (with a border the
-        // whole part and the fraction overlap by a gap).
-        const QFontMetrics metrics(field->font());
-        const auto *whole = control->findChild<QLineEdit *>(QStringLiteral("wholepart"));
-        const auto *numer = control->findChild<QLineEdit *>(QStringLiteral("numerator"));
-        const auto *denom = control->findChild<QLineEdit *>(QStringLiteral("denominator"));
-        int left = field->x();
-        int right = field->x() + std::min(metrics.horizontalAdvance(field->text()), field->width());
-        if (field == whole && !numer->isHidden())
-            right = std::min({right, numer->x(), denom->x()});
-        else if (field != whole && !whole->isHidden())
-            left = std::max(left, whole->x() + metrics.horizontalAdvance(whole->text()));
-        // A device pixel off where two fields meet: at fractional advances a glyph may reach its
-        // neighbour's first column.
-        const bool sharedleft = field != whole && !whole->isHidden();
-        const bool sharedright = field == whole && !numer->isHidden();
-        left = std::max(edge, int(left * dpr) + (sharedleft ? 1 : 0));
-        right = std::min(picture.width() - edge, int(right * dpr) - (sharedright ? 1 : 0));
-        const bool fromtop = qstrcmp(name, "denominator") != 0;
-        const inkrows ink = fromtop ? block(picture, left, right, edge, height - edge, 1)
-                                    : block(picture, left, right, height - 1 - edge, edge - 1, -1);
-        const int origin = int(field->x() * dpr);
-        const int alone = referenceheight(field, left - origin, right - origin);
-        QVERIFY2(ink.count == alone, qPrintable(QStringLiteral("%1 \"%2\": %3 rows of ink, %4 when drawn alone")
-                                                    .arg(QLatin1String(name), field->text())
-                                                    .arg(ink.count)
-                                                    .arg(alone)));
+        const QImage picture = control->Picture().toImage();
+        const qreal dpr = picture.devicePixelRatio();
+        QCOMPARE(picture.size(), control->size() * dpr);
+        const int edge = int(border * dpr);
+        const int height = picture.height();
+        for (const char *name : {"wholepart", "numerator", "denominator"}) {
+            const auto *field = control->findChild<QLineEdit *>(QLatin1String(name));
+            if (field->isHidden() || field->text().isEmpty())
+                continue;
+            // The columns of this field's text that no other field's text shares (with a border the
+            // whole part and the fraction overlap by a gap).
+            const QFontMetrics metrics(field->font());
+            const auto *whole = control->findChild<QLineEdit *>(QStringLiteral("wholepart"));
+            const auto *numer = control->findChild<QLineEdit *>(QStringLiteral("numerator"));
+            const auto *denom = control->findChild<QLineEdit *>(QStringLiteral("denominator"));
+            int left = field->x();
+            int right = field->x() + std::min(metrics.horizontalAdvance(field->text()), field->width());
+            if (field == whole && !numer->isHidden())
+                right = std::min({right, numer->x(), denom->x()});
+            else if (field != whole && !whole->isHidden())
+                left = std::max(left, whole->x() + metrics.horizontalAdvance(whole->text()));
+            // A device pixel off where two fields meet: at fractional advances a glyph may reach its
+            // neighbour's first column.
+            const bool sharedleft = field != whole && !whole->isHidden();
+            const bool sharedright = field == whole && !numer->isHidden();
+            left = std::max(edge, int(left * dpr) + (sharedleft ? 1 : 0));
+            right = std::min(picture.width() - edge, int(right * dpr) - (sharedright ? 1 : 0));
+            const bool fromtop = qstrcmp(name, "denominator") != 0;
+            const inkrows ink = fromtop ? block(picture, left, right, edge, height - edge, 1)
+                                        : block(picture, left, right, height - 1 - edge, edge - 1, -1);
+            const int origin = int(field->x() * dpr);
+            const int alone = referenceheight(field, left - origin, right - origin);
+            QVERIFY2(ink.count == alone, qPrintable(QStringLiteral("%1 \"%2\": %3 rows of ink, %4 when drawn alone")
+                                                        .arg(QLatin1String(name), field->text())
+                                                        .arg(ink.count)
+                                                        .arg(alone)));
+        }
     }
-}
+
+private:
+    kelfractionint::messagecapture m_messages;
+};
+
 
 QTEST_MAIN(tst_fractionilayout)
 #include "tst_fractionilayout.moc"

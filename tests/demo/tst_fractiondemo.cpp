@@ -103,25 +103,367 @@ private Q_SLOTS:
         QLocale::setDefault(QLocale::c());
         modfracglobal::setnumberlocale({".", ","});
     }
-    void init();
+    void init()
+    {
+        window = std::make_unique<demowindow>();
+        window->logmessages();
+        window->show();
+        window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(window.get()));
+    }
     void cleanup() { window.reset(); }
 
-    void operations_data();
-    void operations();
-    void keyboardreachesoperations_data();
-    void keyboardreachesoperations();
-    void selectionfollowsfocusandclicks();
-    void keyboardandscreenreaders();
-    void pageseditselectedcontrol();
-    void savedformreopensidentically();
-    void pictures();
-    void scriptedtour();
+    void operations_data()
+    {
+        QTest::addColumn<QString>("buttonname");
+        QTest::addColumn<QStringList>("first");
+        QTest::addColumn<QStringList>("second");
+        QTest::addColumn<bool>("autoreplace");
+        QTest::addColumn<QStringList>("result");
+        QTest::addColumn<QStringList>("firstafter");
+        QTest::addColumn<QString>("message");
+
+        // Each button reaches its own operation; the "into" ones load the first operand and leave the
+        // result alone. An empty "first after" means the first operand keeps its value. Errors the
+        // control raises and those the engine reports itself both end in the log as messages.
+        const QStringList any{"", "1", "2"}, kept, untouched{"4", "1", "7"}, big{"", "2000000000", "3"};
+        const auto row = [](const char *name, const char *button, const QStringList &first, const QStringList &second,
+                            const QStringList &result, const QStringList &firstafter, bool autoreplace = false,
+                            const char *message = "") {
+            QTest::newRow(name) << QString::fromLatin1(button) << first << second << autoreplace << result << firstafter
+                                << QString::fromLatin1(message);
+        };
+        row("reduce", "reducebutton", {"", "6", "8"}, any, {"", "3", "4"}, kept);
+        row("reduce in place", "reducebutton", {"", "6", "8"}, any, {"", "3", "4"}, {"", "3", "4"}, true);
+        row("fractomixed", "fractomixedbutton", {"", "7", "4"}, any, {"1", "3", "4"}, kept);
+        row("mixedtofrac", "mixedtofracbutton", {"1", "1", "2"}, any, {"", "3", "2"}, kept);
+        row("expand", "expandbutton", {"", "2", "3"}, any, {"", "6", "9"}, kept);
+        row("invert", "invertbutton", {"", "2", "3"}, any, {"", "3", "2"}, kept);
+        row("fractodecimal", "fractodecimalbutton", {"", "1", "3"}, any, {"0.33", "", ""}, kept);
+        row("fractopercent", "fractopercentbutton", {"", "1", "3"}, any, {"33%", "", ""}, kept);
+        row("decimaltofrac", "decimaltofracbutton", {"0.25", "", ""}, any, {"", "25", "100"}, kept);
+        row("percenttofrac", "percenttofracbutton", {"12.5%", "", ""}, any, {"", "125", "1000"}, kept);
+        row("add", "addbutton", {"", "1", "2"}, {"", "1", "3"}, {"", "5", "6"}, kept);
+        row("subtract", "subtractbutton", {"", "1", "2"}, {"", "1", "3"}, {"", "1", "6"}, kept);
+        row("multiply", "multiplybutton", {"", "2", "3"}, {"", "3", "4"}, {"", "6", "12"}, kept);
+        row("divide", "dividebutton", {"", "1", "2"}, {"", "1", "4"}, {"", "4", "2"}, kept);
+        row("addinto", "addintobutton", {"", "1", "2"}, {"", "1", "3"}, untouched, {"", "5", "6"});
+        row("subtractinto", "subtractintobutton", {"", "1", "2"}, {"", "1", "3"}, untouched, {"", "1", "6"});
+        row("multiplyinto", "multiplyintobutton", {"", "2", "3"}, {"", "3", "4"}, untouched, {"", "6", "12"});
+        row("divideinto", "divideintobutton", {"", "1", "2"}, {"", "1", "4"}, untouched, {"", "4", "2"});
+        row("dividing by an empty fraction", "dividebutton", big, {"", "", ""}, untouched, kept, false,
+            "message: Error 11: Division by zero");
+        row("expanding beyond 32 bits", "expandbutton", big, any, untouched, kept, false, "message: Overflow");
+    }
+    void operations()
+    {
+        QFETCH(QString, buttonname);
+        QFETCH(QStringList, first);
+        QFETCH(QStringList, second);
+        QFETCH(bool, autoreplace);
+        QFETCH(QStringList, result);
+        QFETCH(QStringList, firstafter);
+        QFETCH(QString, message);
+
+        window->first()->setFracType(fractioni::fracAlgebraic);
+        window->first()->loadfraction(first);
+        window->second()->loadfraction(second);
+        window->findChild<QSpinBox *>(QStringLiteral("factorbox"))->setValue(3);
+        window->findChild<QSpinBox *>(QStringLiteral("decimalsbox"))->setValue(2);
+        if (autoreplace)
+            click(button(QStringLiteral("autoreplacebox")));
+        QCOMPARE(window->first()->Autoreplace(), autoreplace);
+
+        click(button(buttonname));
+        QCOMPARE(value(window->result()), result);
+        QCOMPARE(value(window->first()), firstafter.isEmpty() ? first : firstafter);
+        QCOMPARE(logged(QStringLiteral("message:")), message.isEmpty() ? QStringList() : QStringList{message});
+    }
+    void keyboardreachesoperations_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<int>("modifiers");
+        QTest::addColumn<QStringList>("result");
+        QTest::addColumn<QStringList>("first");
+
+        const QStringList firstvalue{"", "6", "8"}, sum{"", "14", "8"};
+        QTest::newRow("Alt+R reduces") << int(Qt::Key_R) << int(Qt::AltModifier) << QStringList{"", "3", "4"} << firstvalue;
+        QTest::newRow("Alt+A adds") << int(Qt::Key_A) << int(Qt::AltModifier) << sum << firstvalue;
+        QTest::newRow("Ctrl+Shift+A adds into first")
+            << int(Qt::Key_A) << int(Qt::ControlModifier | Qt::ShiftModifier) << QStringList{"4", "1", "7"} << sum;
+    }
+    void keyboardreachesoperations()
+    {
+        QFETCH(int, key);
+        QFETCH(int, modifiers);
+        QFETCH(QStringList, result);
+        QFETCH(QStringList, first);
+
+        window->first()->loadfraction(QStringList{"", "6", "8"});
+        window->second()->loadfraction(QStringList{"", "1", "1"});
+        QTest::keyClick(static_cast<QWidget *>(nullptr), Qt::Key(key), Qt::KeyboardModifiers(modifiers));
+        // A shortcut presses the button visibly and releases it a moment later.
+        QTRY_COMPARE(value(window->result()), result);
+        QTRY_COMPARE(value(window->first()), first);
+    }
+    void selectionfollowsfocusandclicks()
+    {
+        window->second()->loadfraction(QStringList{"", "6", "8"});
+        QTest::mouseClick(field(window->second(), "numerator"), Qt::LeftButton);
+        QCOMPARE(window->selected(), window->second());
+        QVERIFY(window->findChild<QGroupBox *>(QStringLiteral("singlegroup"))->title().contains(QLatin1String("Second")));
+        click(button(QStringLiteral("reducebutton")));
+        QCOMPARE(value(window->result()), QStringList({"", "3", "4"}));
+
+        // A press on the result's own surface (left of its fields) raises MouseDown and selects it.
+        fractioni *result = window->result();
+        const QPoint surface(1, result->height() - 2);
+        QVERIFY(!result->childAt(surface));
+        QTest::mousePress(result, Qt::LeftButton, Qt::NoModifier, surface);
+        QTest::mouseRelease(result, Qt::LeftButton, Qt::NoModifier, surface);
+        QCOMPARE(window->selected(), result);
+        QVERIFY(!logged(QStringLiteral("result: MouseDown (Button 1, Shift 0")).isEmpty());
+    }
+    // Every input has a name for screen readers; Tab visits the fractions part by part, then the
+    // toggle and the operations in reading order, then the log, and comes round again.
+    void keyboardandscreenreaders()
+    {
+        int inputs = 0;
+        for (const QWidget *widget : window->centralWidget()->findChildren<QWidget *>()) {
+            if (qobject_cast<const QAbstractButton *>(widget) || qobject_cast<const QSpinBox *>(widget)
+                || qobject_cast<const fractioni *>(widget)) {
+                QVERIFY2(!widget->accessibleName().isEmpty(), qPrintable(widget->objectName()));
+                ++inputs;
+            }
+        }
+        QCOMPARE(inputs, 28);
+
+        QLineEdit *start = field(window->first(), "wholepart");
+        start->setFocus(Qt::TabFocusReason);
+        QStringList visited;
+        do {
+            const QWidget *now = QApplication::focusWidget();
+            const bool part = qobject_cast<const fractioni *>(now->parentWidget());
+            visited.append(part ? now->parentWidget()->objectName() + QLatin1Char('.') + now->objectName()
+                                : now->objectName());
+            QTest::keyClick(static_cast<QWidget *>(nullptr), Qt::Key_Tab);
+        } while (QApplication::focusWidget() != start && visited.size() < 40);
+        QCOMPARE(visited.join(QLatin1Char(' ')),
+                 QStringLiteral("first.wholepart first.numerator first.denominator second.wholepart second.numerator "
+                                "second.denominator result.wholepart result.numerator result.denominator autoreplacebox "
+                                "reducebutton fractomixedbutton mixedtofracbutton invertbutton expandbutton factorbox "
+                                "changesignbutton clearbutton fractodecimalbutton fractopercentbutton decimalsbox "
+                                "decimaltofracbutton percenttofracbutton approximatebutton limitbox addbutton "
+                                "subtractbutton multiplybutton dividebutton addintobutton subtractintobutton "
+                                "multiplyintobutton divideintobutton eventlog clearlogbutton"));
+    }
+    void pageseditselectedcontrol()
+    {
+        QTest::mouseClick(field(window->second(), "wholepart"), Qt::LeftButton);
+        const auto page = [this](const char *name) {
+            action(name)->trigger();
+            auto *dialog = window->findChild<kelfractionint::propertypagedialog *>();
+            return dialog && dialog->isVisible() ? dialog : nullptr;
+        };
+        auto *dialog = page("actionvaluespage");
+        QVERIFY(dialog);
+        QLineEdit *numerator = dialog->findChild<QLineEdit *>(QStringLiteral("txtnumeratorvalue"));
+        QCOMPARE(numerator->text(), QStringLiteral("1"));
+        numerator->setText(QStringLiteral("5"));
+        dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok)->click();
+        QVERIFY(QTest::qWaitFor([&] { return !window->findChild<kelfractionint::propertypagedialog *>(); }));
+        QCOMPARE(value(window->second()), QStringList({"4", "5", "7"}));
+        QCOMPARE(value(window->first()), QStringList({"4", "1", "7"}));
+
+        // Autoreplace set on the appearance page shows in the window's toggle as a mixed state.
+        dialog = page("actionappearancepage");
+        QVERIFY(dialog);
+        dialog->findChild<QCheckBox *>(QStringLiteral("chkautoreplace"))->setChecked(true);
+        dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok)->click();
+        auto *toggle = window->findChild<QCheckBox *>(QStringLiteral("autoreplacebox"));
+        QCOMPARE(toggle->checkState(), Qt::PartiallyChecked);
+        click(toggle);
+        QCOMPARE(toggle->checkState(), Qt::Checked);
+        QVERIFY(window->first()->Autoreplace() && window->second()->Autoreplace() && window->result()->Autoreplace());
+
+        action("actionabout")->trigger();
+        auto *about = window->findChild<kelfractionint::frmAbout *>();
+        QVERIFY(about && about->isVisible());
+        about->close();
+    }
+    // Saved, changed and reopened in the same window and in a new one, every control is as saved.
+    void savedformreopensidentically()
+    {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("form.ini"));
+        window->setformfile(path);
+        kelfractionint::scriptedrun::typeinto(field(window->first(), "wholepart"), QStringLiteral("-3"));
+        kelfractionint::scriptedrun::typeinto(field(window->first(), "numerator"), QStringLiteral("2"));
+        window->second()->setFractionslash(true);
+        window->second()->setForcesign(true);
+        window->result()->loadfraction(QStringList{"", "7", "12"});
+        window->result()->setBorderstyle(fractioni::borderstylefixed);
+        window->result()->setAutoreplace(true);
+        QFont font = window->first()->Font();
+        font.setBold(true);
+        window->first()->setFont(font);
+
+        const QList<fractioni *> controls{window->first(), window->second(), window->result()};
+        QList<QVariantMap> saved;
+        QList<QImage> pictures;
+        for (const fractioni *control : controls) {
+            saved.append(persisted(control));
+            pictures.append(control->Picture().toImage());
+        }
+        action("actionsave")->trigger();
+        QCOMPARE(QSettings(path, QSettings::IniFormat).value(QStringLiteral("first/Wholepartvalue")), QVariant("-3"));
+
+        window->first()->clearfraction();
+        window->second()->setFractionslash(false);
+        window->result()->setBorderstyle(fractioni::borderstylenone);
+        action("actionopen")->trigger();
+        demowindow other;
+        other.logmessages();
+        other.show();
+        QVERIFY(other.openform(path));
+        for (demowindow *reopened : {window.get(), &other}) {
+            const QList<fractioni *> now{reopened->first(), reopened->second(), reopened->result()};
+            for (int i = 0; i < 3; ++i) {
+                QCOMPARE(persisted(now[i]), saved[i]);
+                QCOMPARE(now[i]->Picture().toImage(), pictures[i]);
+            }
+            QCOMPARE(reopened->findChild<QCheckBox *>(QStringLiteral("autoreplacebox"))->checkState(),
+                     Qt::PartiallyChecked);
+        }
+        // The newest window's log receives the messages.
+        QVERIFY(!other.openform(dir.filePath(QStringLiteral("missing.ini"))));
+        QCOMPARE(other.loglines().filter(QStringLiteral("message:")).size(), 1);
+    }
+    void pictures()
+    {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("first.png"));
+        QVERIFY(window->exportpicture(path));
+        QCOMPARE(QImage(path).convertToFormat(QImage::Format_ARGB32),
+                 window->first()->Picture().toImage().convertToFormat(QImage::Format_ARGB32));
+
+        QTest::mouseClick(field(window->second(), "numerator"), Qt::LeftButton);
+        action("actioncopypicture")->trigger();
+        QCOMPARE(QApplication::clipboard()->image().size(), window->second()->Picture().size());
+    }
+    void scriptedtour()
+    {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("shots/demo.png"));
+        QVERIFY(kelfractionint::scriptedrun::run(*window, path));
+        QCOMPARE(QImage(path).size(), window->grab().size());
+        QCOMPARE(value(window->first()), QStringList({"2", "3", "4"}));
+        QCOMPARE(value(window->second()), QStringList({"-1", "1", "3"}));
+        QCOMPARE(value(window->result()), QStringList({"1", "5", "12"}));
+        QCOMPARE(logged(QStringLiteral("message:")), QStringList());
+        // Three typed keys, one event each, then the reduced value loaded part by part.
+        const QStringList firstevents = logged(QStringLiteral("first: fractionvaluechanged"));
+        QCOMPARE(firstevents.size(), 6);
+        QCOMPARE(firstevents.first(), QStringLiteral(R"(first: fractionvaluechanged "+" "4" "1" "7" -> "+" "2" "1" "7")"));
+        QVERIFY(firstevents.last().endsWith(QLatin1String(R"(-> "+" "2" "3" "4")")));
+        QVERIFY(window->loglines().contains(QStringLiteral(R"(result.fractomixed returned "1" "5" "12")")));
+    }
     // The measurements page: fractions in a table through the delegate.
-    void painting_data();
-    void painting();
-    void editing_data();
-    void editing();
-    void largemodelopensquickly();
+    void painting_data()
+    {
+        QTest::addColumn<QVariant>("value");
+        QTest::addColumn<bool>("slash");
+        QTest::addColumn<bool>("fraction");
+        QTest::addColumn<QColor>("color");
+        QTest::newRow("three texts, slash") << QVariant(QStringList{"4", "1", "7"}) << true << true << QColor(Qt::black);
+        QTest::newRow("negative text, bar") << QVariant(QStringLiteral("-1 12/35")) << false << true << QColor(Qt::red);
+        QTest::newRow("text that is no fraction") << QVariant(QStringLiteral("1.5 in")) << true << false
+                                                  << QColor(Qt::black);
+    }
+    void painting()
+    {
+        QFETCH(QVariant, value);
+        QFETCH(bool, slash);
+        QFETCH(bool, fraction);
+        QFETCH(QColor, color);
+        QStandardItemModel model(1, 1);
+        model.setData(model.index(0, 0), value, value.typeId() == QMetaType::QStringList ? Qt::EditRole : Qt::DisplayRole);
+        fractiondelegate delegate;
+        delegate.setFractionslash(slash);
+        QCOMPARE(fractiondelegate::fractionof(model.index(0, 0)).has_value(), fraction);
+        QStyleOptionViewItem option;
+        option.rect = QRect(QPoint(0, 0), delegate.sizeHint(option, model.index(0, 0)) + QSize(10, 10));
+        option.palette.setColor(QPalette::Text, Qt::black);
+        QImage image(option.rect.size(), QImage::Format_RGB32);
+        image.fill(Qt::white);
+        {
+            QPainter painter(&image);
+            delegate.paint(&painter, option, model.index(0, 0));
+        }
+        const auto [count, widest] = ink(image, color);
+        QVERIFY(count > 10);
+        // The separator: a bar is one full row of ink across the fraction, a slash is not.
+        if (fraction)
+            QCOMPARE(widest > QFontMetrics(option.font).horizontalAdvance(QStringLiteral("3")) + 2, !slash);
+    }
+    void editing_data()
+    {
+        QTest::addColumn<QString>("keys");
+        QTest::addColumn<int>("end");
+        QTest::addColumn<QString>("value");
+        QTest::addColumn<int>("row");
+        QTest::newRow("Enter commits") << "3 1/8" << int(Qt::Key_Return) << "3 1/8" << 0;
+        QTest::newRow("Escape cancels") << "3 1/8" << int(Qt::Key_Escape) << "" << 0;
+        QTest::newRow("Tab commits and moves on") << "5" << int(Qt::Key_Tab) << "5 2/4" << 0;
+    }
+    void editing()
+    {
+        QFETCH(QString, keys);
+        QFETCH(int, end);
+        QFETCH(QString, value);
+        QFETCH(int, row);
+        kelfractionint::measurementspage page(20);
+        page.resize(500, 400);
+        page.show();
+        page.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&page));
+        QTableView *table = page.table();
+        const QModelIndex cell = page.model()->index(row, 0);
+        const QString before = cell.data(Qt::DisplayRole).toString();
+        table->setCurrentIndex(cell);
+        table->setFocus();
+        QTest::keyClick(static_cast<QWidget *>(nullptr), Qt::Key_F2);
+        auto *editor = table->findChild<fractioni *>();
+        QVERIFY(editor);
+        // F2 puts the caret in the editor's first part; typing over it replaces part by part.
+        QTRY_COMPARE(QApplication::focusWidget(), editor->findChild<QLineEdit *>(QStringLiteral("wholepart")));
+        editor->findChild<QLineEdit *>(QStringLiteral("wholepart"))->selectAll();
+        for (const QChar c : keys)
+            QTest::keyClick(static_cast<QWidget *>(nullptr), c.toLatin1());
+        QTest::keyClick(static_cast<QWidget *>(nullptr), Qt::Key(end));
+        QTRY_VERIFY(!table->findChild<fractioni *>() || !table->findChild<fractioni *>()->isVisible());
+        QCOMPARE(cell.data(Qt::DisplayRole).toString(), value.isEmpty() ? before : value);
+        if (end == Qt::Key_Tab)
+            QCOMPARE(table->currentIndex(), page.model()->index(row, 1));
+        if (!value.isEmpty())
+            QVERIFY(page.findChild<QLabel *>(QStringLiteral("total"))->text().startsWith(QLatin1String("Total: ")));
+    }
+    void largemodelopensquickly()
+    {
+        kelfractionint::measurementmodel model(100000);
+        rowcounter counter;
+        counter.setSourceModel(&model);
+        QTableView table;
+        table.setItemDelegate(new fractiondelegate(&table));
+        table.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+        table.setModel(&counter);
+        table.resize(800, 600);
+        table.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&table));
+        // Only the rows on the screen are read.
+        QVERIFY2(counter.rows.size() < 200, qPrintable(QString::number(counter.rows.size())));
+        QCOMPARE(model.rowCount(), 100000);
+    }
 
 private:
     QAbstractButton *button(const QString &name) const { return window->findChild<QAbstractButton *>(name); }
@@ -130,380 +472,6 @@ private:
 
     std::unique_ptr<demowindow> window;
 };
-
-void tst_fractiondemo::init()
-{
-    window = std::make_unique<demowindow>();
-    window->logmessages();
-    window->show();
-    window->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(window.get()));
-}
-
-void tst_fractiondemo::operations_data()
-{
-    QTest::addColumn<QString>("buttonname");
-    QTest::addColumn<QStringList>("first");
-    QTest::addColumn<QStringList>("second");
-    QTest::addColumn<bool>("autoreplace");
-    QTest::addColumn<QStringList>("result");
-    QTest::addColumn<QStringList>("firstafter");
-    QTest::addColumn<QString>("message");
-
-    // Each button reaches its own operation; the "into" ones load the first operand and leave the
-    // result alone. An empty "first after" means the first operand keeps its value. Errors the
-    // control raises and those the engine reports itself both end in the log as messages.
-    const QStringList any{"", "1", "2"}, kept, untouched{"4", "1", "7"}, big{"", "2000000000", "3"};
-    const auto row = [](const char *name, const char *button, const QStringList &first, const QStringList &second,
-                        const QStringList &result, const QStringList &firstafter, bool autoreplace = false,
-                        const char *message = "") {
-        QTest::newRow(name) << QString::fromLatin1(button) << first << second << autoreplace << result << firstafter
-                            << QString::fromLatin1(message);
-    };
-    row("reduce", "reducebutton", {"", "6", "8"}, any, {"", "3", "4"}, kept);
-    row("reduce in place", "reducebutton", {"", "6", "8"}, any, {"", "3", "4"}, {"", "3", "4"}, true);
-    row("fractomixed", "fractomixedbutton", {"", "7", "4"}, any, {"1", "3", "4"}, kept);
-    row("mixedtofrac", "mixedtofracbutton", {"1", "1", "2"}, any, {"", "3", "2"}, kept);
-    row("expand", "expandbutton", {"", "2", "3"}, any, {"", "6", "9"}, kept);
-    row("invert", "invertbutton", {"", "2", "3"}, any, {"", "3", "2"}, kept);
-    row("fractodecimal", "fractodecimalbutton", {"", "1", "3"}, any, {"0.33", "", ""}, kept);
-    row("fractopercent", "fractopercentbutton", {"", "1", "3"}, any, {"33%", "", ""}, kept);
-    row("decimaltofrac", "decimaltofracbutton", {"0.25", "", ""}, any, {"", "25", "100"}, kept);
-    row("percenttofrac", "percenttofracbutton", {"12.5%", "", ""}, any, {"", "125", "1000"}, kept);
-    row("add", "addbutton", {"", "1", "2"}, {"", "1", "3"}, {"", "5", "6"}, kept);
-    row("subtract", "subtractbutton", {"", "1", "2"}, {"", "1", "3"}, {"", "1", "6"}, kept);
-    row("multiply", "multiplybutton", {"", "2", "3"}, {"", "3", "4"}, {"", "6", "12"}, kept);
-    row("divide", "dividebutton", {"", "1", "2"}, {"", "1", "4"}, {"", "4", "2"}, kept);
-    row("addinto", "addintobutton", {"", "1", "2"}, {"", "1", "3"}, untouched, {"", "5", "6"});
-    row("subtractinto", "subtractintobutton", {"", "1", "2"}, {"", "1", "3"}, untouched, {"", "1", "6"});
-    row("multiplyinto", "multiplyintobutton", {"", "2", "3"}, {"", "3", "4"}, untouched, {"", "6", "12"});
-    row("divideinto", "divideintobutton", {"", "1", "2"}, {"", "1", "4"}, untouched, {"", "4", "2"});
-    row("dividing by an empty fraction", "dividebutton", big, {"", "", ""}, untouched, kept, false,
-        "message: Error 11: Division by zero");
-    row("expanding beyond 32 bits", "expandbutton", big, any, untouched, kept, false, "message: Overflow");
-}
-
-void tst_fractiondemo::operations()
-{
-    QFETCH(QString, buttonname);
-    QFETCH(QStringList, first);
-    QFETCH(QStringList, second);
-    QFETCH(bool, autoreplace);
-    QFETCH(QStringList, result);
-    QFETCH(QStringList, firstafter);
-    QFETCH(QString, message);
-
-    window->first()->setFracType(fractioni::fracAlgebraic);
-    window->first()->loadfraction(first);
-    window->second()->loadfraction(second);
-    window->findChild<QSpinBox *>(QStringLiteral("factorbox"))->setValue(3);
-    window->findChild<QSpinBox *>(QStringLiteral("decimalsbox"))->setValue(2);
-    if (autoreplace)
-        click(button(QStringLiteral("autoreplacebox")));
-    QCOMPARE(window->first()->Autoreplace(), autoreplace);
-
-    click(button(buttonname));
-    QCOMPARE(value(window->result()), result);
-    QCOMPARE(value(window->first()), firstafter.isEmpty() ? first : firstafter);
-    QCOMPARE(logged(QStringLiteral("message:")), message.isEmpty() ? QStringList() : QStringList{message});
-}
-
-void tst_fractiondemo::keyboardreachesoperations_data()
-{
-    QTest::addColumn<int>("key");
-    QTest::addColumn<int>("modifiers");
-    QTest::addColumn<QStringList>("result");
-    QTest::addColumn<QStringList>("first");
-
-    const QStringList firstvalue{"", "6", "8"}, sum{"", "14", "8"};
-    QTest::newRow("Alt+R reduces") << int(Qt::Key_R) << int(Qt::AltModifier) << QStringList{"", "3", "4"} << firstvalue;
-    QTest::newRow("Alt+A adds") << int(Qt::Key_A) << int(Qt::AltModifier) << sum << firstvalue;
-    QTest::newRow("Ctrl+Shift+A adds into first")
-        << int(Qt::Key_A) << int(Qt::ControlModifier | Qt::ShiftModifier) << QStringList{"4", "1", "7"} << sum;
-}
-
-void tst_fractiondemo::keyboardreachesoperations()
-{
-    QFETCH(int, key);
-    QFETCH(int, modifiers);
-    QFETCH(QStringList, result);
-    QFETCH(QStringList, first);
-
-    window->first()->loadfraction(QStringList{"", "6", "8"});
-    window->second()->loadfraction(QStringList{"", "1", "1"});
-    QTest::keyClick(static_cast<QWidget *>(nullptr), Qt::Key(key), Qt::KeyboardModifiers(modifiers));
-    // A shortcut presses the button visibly and releases it a moment later.
-    QTRY_COMPARE(value(window->result()), result);
-    QTRY_COMPARE(value(window->first()), first);
-}
-
-void tst_fractiondemo::selectionfollowsfocusandclicks()
-{
-    window->second()->loadfraction(QStringList{"", "6", "8"});
-    QTest::mouseClick(field(window->second(), "numerator"), Qt::LeftButton);
-    QCOMPARE(window->selected(), window->second());
-    QVERIFY(window->findChild<QGroupBox *>(QStringLiteral("singlegroup"))->title().contains(QLatin1String("Second")));
-    click(button(QStringLiteral("reducebutton")));
-    QCOMPARE(value(window->result()), QStringList({"", "3", "4"}));
-
-    // A press on the result's own surface (left of its fields) raises MouseDown and selects it.
-    fractioni *result = window->result();
-    const QPoint surface(1, result->height() - 2);
-    QVERIFY(!result->childAt(surface));
-    QTest::mousePress(result, Qt::LeftButton, Qt::NoModifier, surface);
-    QTest::mouseRelease(result, Qt::LeftButton, Qt::NoModifier, surface);
-    QCOMPARE(window->selected(), result);
-    QVERIFY(!logged(QStringLiteral("result: MouseDown (Button 1, Shift 0")).isEmpty());
-}
-
-// Every input has a name for screen readers; Tab visits the fractions part by part, then the
-// toggle and the operations in reading order, then the log, and comes round again.
-void tst_fractiondemo::keyboardandscreenreaders()
-{
-    int inputs = 0;
-    for (const QWidget *widget : window->centralWidget()->findChildren<QWidget *>()) {
-        if (qobject_cast<const QAbstractButton *>(widget) || qobject_cast<const QSpinBox *>(widget)
-            || qobject_cast<const fractioni *>(widget)) {
-            QVERIFY2(!widget->accessibleName().isEmpty(), qPrintable(widget->objectName()));
-            ++inputs;
-        }
-    }
-    QCOMPARE(inputs, 28);
-
-    QLineEdit *start = field(window->first(), "wholepart");
-    start->setFocus(Qt::TabFocusReason);
-    QStringList visited;
-    do {
-        const QWidget *now = QApplication::focusWidget();
-        const bool part = qobject_cast<const fractioni *>(now->parentWidget());
-        visited.append(part ? now->parentWidget()->objectName() + QLatin1Char('.') + now->objectName()
-                            : now->objectName());
-        QTest::keyClick(static_cast<QWidget *>(nullptr), Qt::Key_Tab);
-    } while (QApplication::focusWidget() != start && visited.size() < 40);
-    QCOMPARE(visited.join(QLatin1Char(' ')),
-             QStringLiteral("first.wholepart first.numerator first.denominator second.wholepart second.numerator "
-                            "second.denominator result.wholepart result.numerator result.denominator autoreplacebox "
-                            "reducebutton fractomixedbutton mixedtofracbutton invertbutton expandbutton factorbox "
-                            "changesignbutton clearbutton fractodecimalbutton fractopercentbutton decimalsbox "
-                            "decimaltofracbutton percenttofracbutton approximatebutton limitbox addbutton "
-                            "subtractbutton multiplybutton dividebutton addintobutton subtractintobutton "
-                            "multiplyintobutton divideintobutton eventlog clearlogbutton"));
-}
-
-void tst_fractiondemo::pageseditselectedcontrol()
-{
-    QTest::mouseClick(field(window->second(), "wholepart"), Qt::LeftButton);
-    const auto page = [this](const char *name) {
-        action(name)->trigger();
-        auto *dialog = window->findChild<kelfractionint::propertypagedialog *>();
-        return dialog && dialog->isVisible() ? dialog : nullptr;
-    };
-    auto *dialog = page("actionvaluespage");
-    QVERIFY(dialog);
-    QLineEdit *numerator = dialog->findChild<QLineEdit *>(QStringLiteral("txtnumeratorvalue"));
-    QCOMPARE(numerator->text(), QStringLiteral("1"));
-    numerator->setText(QStringLiteral("5"));
-    dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok)->click();
-    QVERIFY(QTest::qWaitFor([&] { return !window->findChild<kelfractionint::propertypagedialog *>(); }));
-    QCOMPARE(value(window->second()), QStringList({"4", "5", "7"}));
-    QCOMPARE(value(window->first()), QStringList({"4", "1", "7"}));
-
-    // Autoreplace set on the appearance page shows in the window's toggle as a mixed state.
-    dialog = page("actionappearancepage");
-    QVERIFY(dialog);
-    dialog->findChild<QCheckBox *>(QStringLiteral("chkautoreplace"))->setChecked(true);
-    dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok)->click();
-    auto *toggle = window->findChild<QCheckBox *>(QStringLiteral("autoreplacebox"));
-    QCOMPARE(toggle->checkState(), Qt::PartiallyChecked);
-    click(toggle);
-    QCOMPARE(toggle->checkState(), Qt::Checked);
-    QVERIFY(window->first()->Autoreplace() && window->second()->Autoreplace() && window->result()->Autoreplace());
-
-    action("actionabout")->trigger();
-    auto *about = window->findChild<kelfractionint::frmAbout *>();
-    QVERIFY(about && about->isVisible());
-    about->close();
-}
-
-// Saved, changed and reopened in the same window and in a new one, every control is as saved.
-void tst_fractiondemo::savedformreopensidentically()
-{
-    QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("form.ini"));
-    window->setformfile(path);
-    kelfractionint::scriptedrun::typeinto(field(window->first(), "wholepart"), QStringLiteral("-3"));
-    kelfractionint::scriptedrun::typeinto(field(window->first(), "numerator"), QStringLiteral("2"));
-    window->second()->setFractionslash(true);
-    window->second()->setForcesign(true);
-    window->result()->loadfraction(QStringList{"", "7", "12"});
-    window->result()->setBorderstyle(fractioni::borderstylefixed);
-    window->result()->setAutoreplace(true);
-    QFont font = window->first()->Font();
-    font.setBold(true);
-    window->first()->setFont(font);
-
-    const QList<fractioni *> controls{window->first(), window->second(), window->result()};
-    QList<QVariantMap> saved;
-    QList<QImage> pictures;
-    for (const fractioni *control : controls) {
-        saved.append(persisted(control));
-        pictures.append(control->Picture().toImage());
-    }
-    action("actionsave")->trigger();
-    QCOMPARE(QSettings(path, QSettings::IniFormat).value(QStringLiteral("first/Wholepartvalue")), QVariant("-3"));
-
-    window->first()->clearfraction();
-    window->second()->setFractionslash(false);
-    window->result()->setBorderstyle(fractioni::borderstylenone);
-    action("actionopen")->trigger();
-    demowindow other;
-    other.logmessages();
-    other.show();
-    QVERIFY(other.openform(path));
-    for (demowindow *reopened : {window.get(), &other}) {
-        const QList<fractioni *> now{reopened->first(), reopened->second(), reopened->result()};
-        for (int i = 0; i < 3; ++i) {
-            QCOMPARE(persisted(now[i]), saved[i]);
-            QCOMPARE(now[i]->Picture().toImage(), pictures[i]);
-        }
-        QCOMPARE(reopened->findChild<QCheckBox *>(QStringLiteral("autoreplacebox"))->checkState(),
-                 Qt::PartiallyChecked);
-    }
-    // The newest window's log receives the messages.
-    QVERIFY(!other.openform(dir.filePath(QStringLiteral("missing.ini"))));
-    QCOMPARE(other.loglines().filter(QStringLiteral("message:")).size(), 1);
-}
-
-void tst_fractiondemo::pictures()
-{
-    QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("first.png"));
-    QVERIFY(window->exportpicture(path));
-    QCOMPARE(QImage(path).convertToFormat(QImage::Format_ARGB32),
-             window->first()->Picture().toImage().convertToFormat(QImage::Format_ARGB32));
-
-    QTest::mouseClick(field(window->second(), "numerator"), Qt::LeftButton);
-    action("actioncopypicture")->trigger();
-    QCOMPARE(QApplication::clipboard()->image().size(), window->second()->Picture().size());
-}
-
-void tst_fractiondemo::scriptedtour()
-{
-    QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("shots/demo.png"));
-    QVERIFY(kelfractionint::scriptedrun::run(*window, path));
-    QCOMPARE(QImage(path).size(), window->grab().size());
-    QCOMPARE(value(window->first()), QStringList({"2", "3", "4"}));
-    QCOMPARE(value(window->second()), QStringList({"-1", "1", "3"}));
-    QCOMPARE(value(window->result()), QStringList({"1", "5", "12"}));
-    QCOMPARE(logged(QStringLiteral("message:")), QStringList());
-    // Three typed keys, one event each, then the reduced value loaded part by part.
-    const QStringList firstevents = logged(QStringLiteral("first: fractionvaluechanged"));
-    QCOMPARE(firstevents.size(), 6);
-    QCOMPARE(firstevents.first(), QStringLiteral(R"(first: fractionvaluechanged "+" "4" "1" "7" -> "+" "2" "1" "7")"));
-    QVERIFY(firstevents.last().endsWith(QLatin1String(R"(-> "+" "2" "3" "4")")));
-    QVERIFY(window->loglines().contains(QStringLiteral(R"(result.fractomixed returned "1" "5" "12")")));
-}
-
-void tst_fractiondemo::painting_data()
-{
-    QTest::addColumn<QVariant>("value");
-    QTest::addColumn<bool>("slash");
-    QTest::addColumn<bool>("fraction");
-    QTest::addColumn<QColor>("color");
-    QTest::newRow("three texts, slash") << QVariant(QStringList{"4", "1", "7"}) << true << true << QColor(Qt::black);
-    QTest::newRow("negative text, bar") << QVariant(QStringLiteral("-1 12/35")) << false << true << QColor(Qt::red);
-    QTest::newRow("text that is no fraction") << QVariant(QStringLiteral("1.5 in")) << true << false
-                                              << QColor(Qt::black);
-}
-
-void tst_fractiondemo::painting()
-{
-    QFETCH(QVariant, value);
-    QFETCH(bool, slash);
-    QFETCH(bool, fraction);
-    QFETCH(QColor, color);
-    QStandardItemModel model(1, 1);
-    model.setData(model.index(0, 0), value, value.typeId() == QMetaType::QStringList ? Qt::EditRole : Qt::DisplayRole);
-    fractiondelegate delegate;
-    delegate.setFractionslash(slash);
-    QCOMPARE(fractiondelegate::fractionof(model.index(0, 0)).has_value(), fraction);
-    QStyleOptionViewItem option;
-    option.rect = QRect(QPoint(0, 0), delegate.sizeHint(option, model.index(0, 0)) + QSize(10, 10));
-    option.palette.setColor(QPalette::Text, Qt::black);
-    QImage image(option.rect.size(), QImage::Format_RGB32);
-    image.fill(Qt::white);
-    {
-        QPainter painter(&image);
-        delegate.paint(&painter, option, model.index(0, 0));
-    }
-    const auto [count, widest] = ink(image, color);
-    QVERIFY(count > 10);
-    // The separator: a bar is one full row of ink across the fraction, a slash is not.
-    if (fraction)
-        QCOMPARE(widest > QFontMetrics(option.font).horizontalAdvance(QStringLiteral("3")) + 2, !slash);
-}
-
-void tst_fractiondemo::editing_data()
-{
-    QTest::addColumn<QString>("keys");
-    QTest::addColumn<int>("end");
-    QTest::addColumn<QString>("value");
-    QTest::addColumn<int>("row");
-    QTest::newRow("Enter commits") << "3 1/8" << int(Qt::Key_Return) << "3 1/8" << 0;
-    QTest::newRow("Escape cancels") << "3 1/8" << int(Qt::Key_Escape) << "" << 0;
-    QTest::newRow("Tab commits and moves on") << "5" << int(Qt::Key_Tab) << "5 2/4" << 0;
-}
-
-void tst_fractiondemo::editing()
-{
-    QFETCH(QString, keys);
-    QFETCH(int, end);
-    QFETCH(QString, value);
-    QFETCH(int, row);
-    kelfractionint::measurementspage page(20);
-    page.resize(500, 400);
-    page.show();
-    page.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&page));
-    QTableView *table = page.table();
-    const QModelIndex cell = page.model()->index(row, 0);
-    const QString before = cell.data(Qt::DisplayRole).toString();
-    table->setCurrentIndex(cell);
-    table->setFocus();
-    QTest::keyClick(static_cast<QWidget *>(nullptr), Qt::Key_F2);
-    auto *editor = table->findChild<fractioni *>();
-    QVERIFY(editor);
-    // F2 puts the caret in the editor's first part; typing over it replaces part by part.
-    QTRY_COMPARE(QApplication::focusWidget(), editor->findChild<QLineEdit *>(QStringLiteral("wholepart")));
-    editor->findChild<QLineEdit *>(QStringLiteral("wholepart"))->selectAll();
-    for (const QChar c : keys)
-        QTest::keyClick(static_cast<QWidget *>(nullptr), c.toLatin1());
-    QTest::keyClick(static_cast<QWidget *>(nullptr), Qt::Key(end));
-    QTRY_VERIFY(!table->findChild<fractioni *>() || !table->findChild<fractioni *>()->isVisible());
-    QCOMPARE(cell.data(Qt::DisplayRole).toString(), value.isEmpty() ? before : value);
-    if (end == Qt::Key_Tab)
-        QCOMPARE(table->currentIndex(), page.model()->index(row, 1));
-    if (!value.isEmpty())
-        QVERIFY(page.findChild<QLabel *>(QStringLiteral("total"))->text().startsWith(QLatin1String("Total: ")));
-}
-
-void tst_fractiondemo::largemodelopensquickly()
-{
-    kelfractionint::measurementmodel model(100000);
-    rowcounter counter;
-    counter.setSourceModel(&model);
-    QTableView table;
-    table.setItemDelegate(new fractiondelegate(&table));
-    table.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    table.setModel(&counter);
-    table.resize(800, 600);
-    table.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&table));
-    // Only the rows on the screen are read.
-    QVERIFY2(counter.rows.size() < 200, qPrintable(QString::number(counter.rows.size())));
-    QCOMPARE(model.rowCount(), 100000);
-}
 
 QTEST_MAIN(tst_fractiondemo)
 #include "tst_fractiondemo.moc"

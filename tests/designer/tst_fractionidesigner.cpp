@@ -115,14 +115,207 @@ class tst_fractionidesigner : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void cleanupTestCase();
+    void initTestCase()
+    {
+        QLocale::setDefault(QLocale::c());
+        modfracglobal::setmessagesink([this](const std::string &text) { m_messages.push_back(text); });
+        QDesignerComponents::initializeResources();
+        m_core = QDesignerComponents::createFormEditor(this);
+        m_core->setIntegration(new QDesignerIntegration(m_core, m_core));
+        QDesignerComponents::createTaskMenu(m_core, m_core);
+        QDesignerComponents::initializePlugins(m_core);
+    }
+    void cleanupTestCase()
+    {
+        modfracglobal::setmessagesink({});
+    }
 
-    void designedcomesback();
-    void formswithoutcolours();
-    void colourseditedascolours();
-    void pagesareoneundostep();
-    void previewruns();
+    // A control on a grey form given every property in Designer is saved so that Designer,
+    // QUiLoader and uic all give it back; reopening the saved form changes nothing.
+    void designedcomesback()
+    {
+        QDesignerFormWindowInterface *form = openform(newform());
+        auto *control = form->mainContainer()->findChild<fractioni *>(QStringLiteral("fraction"));
+        QVERIFY(!kelfractionint::ambient::usermode(control));
+        for (const auto &[name, value] : designed)
+            form->cursor()->setWidgetProperty(control, QLatin1String(name), value);
+        for (const auto &[name, value] : folded)
+            form->cursor()->setWidgetProperty(form->mainContainer()->findChild<fractioni *>(QStringLiteral("folded")),
+                                              QLatin1String(name), value);
+        QCoreApplication::processEvents();
+        QCOMPARE(designedmismatches(form->mainContainer()), QString());
+
+        const QString contents = form->contents();
+        // The type is saved first, so that the values meet its rules when they are read back.
+        QVERIFY(contents.indexOf(QLatin1String("\"FracType\"")) < contents.indexOf(QLatin1String("\"Wholepartvalue\"")));
+        QCOMPARE(contents.count(QLatin1String("<string notr=\"true\">")), 4);
+        // uic compiles exactly this file into the test.
+        const auto normalized = [](QString text) {
+            return text.remove(QRegularExpression(QStringLiteral(" *<propertyspecifications>.*</propertyspecifications>\\n"),
+                                                  QRegularExpression::DotMatchesEverythingOption))
+                .trimmed();
+        };
+        QCOMPARE(normalized(contents), normalized(readfile(QStringLiteral(KEL_TEST_ROUNDTRIP))));
+
+        std::unique_ptr<QWidget> loaded = loadwithuiloader(contents);
+        QCOMPARE(designedmismatches(loaded.get()), QString());
+        QWidget compiled;
+        Ui::roundtrip ui;
+        ui.setupUi(&compiled);
+        QCOMPARE(designedmismatches(&compiled), QString());
+
+        // Reopened, the form is the same, unmodified, with nothing to undo.
+        QDesignerFormWindowInterface *again = openform(contents);
+        QCOMPARE(designedmismatches(again->mainContainer()), QString());
+        QVERIFY(!again->isDirty());
+        QCOMPARE(again->commandHistory()->count(), 0);
+        QCOMPARE(again->contents(), contents);
+        delete again;
+        delete form;
+    }
+    // A form without colour keys gives every control its container's colour, whoever loads it;
+    // Designer keeps the file as it is.
+    void formswithoutcolours()
+    {
+        const QString contents = readfile(QStringLiteral(KEL_TEST_FORM));
+        QDesignerFormWindowInterface *form = openform(contents);
+        std::unique_ptr<QWidget> loaded = loadwithuiloader(contents);
+        QVERIFY(loaded);
+        QWidget compiled;
+        Ui::fractionform ui;
+        ui.setupUi(&compiled);
+        for (const QWidget *top : {form->mainContainer(), loaded.get(), static_cast<QWidget *>(&compiled)}) {
+            QCOMPARE(mismatches(top, {{"first", &handwritten}, {"second", &handwrittensecond}}), QString());
+            for (const fractioni *control : top->findChildren<fractioni *>()) {
+                const quint32 container = kelfractionint::ambient::backcolor(control);
+                QCOMPARE(control->Backcolor(), container);
+                QCOMPARE(control->Denominatorbackcolor(), container);
+            }
+        }
+        QVERIFY(!form->isDirty());
+        QVERIFY(!form->contents().contains(QLatin1String("backcolor")));
+        delete form;
+    }
+    void colourseditedascolours()
+    {
+        QDesignerFormWindowInterface *form = openform(newform());
+        auto *control = form->mainContainer()->findChild<fractioni *>();
+        auto *sheet = qt_extension<QDesignerPropertySheetExtension *>(m_core->extensionManager(), control);
+        QVERIFY(sheet);
+        const int negative = sheet->indexOf(QStringLiteral("Negforecolor"));
+        QCOMPARE(sheet->property(negative), QVariant(QColor(Qt::red)));
+        // The property editor writes a QColor: blue is blue, stored as 0x00BBGGRR.
+        form->cursor()->setWidgetProperty(control, QStringLiteral("Negforecolor"), QColor(Qt::blue));
+        QCOMPARE(control->Negforecolor(), 0xFF0000u);
+        QVERIFY(sheet->isChanged(negative));
+        QVERIFY(form->contents().contains(QLatin1String("<UInt>16711680</UInt>")));
+        // Resetting gives back what a new control has: red, and the container's background.
+        QVERIFY(sheet->reset(negative));
+        QCOMPARE(control->Negforecolor(), 255u);
+        form->cursor()->setWidgetProperty(control, QStringLiteral("Backcolor"), QColor(Qt::white));
+        QVERIFY(sheet->reset(sheet->indexOf(QStringLiteral("Backcolor"))));
+        QCOMPARE(control->Backcolor(), kelfractionint::ambient::backcolor(control));
+        // Only the control's own font is offered.
+        QVERIFY(!sheet->isVisible(sheet->indexOf(QStringLiteral("font"))));
+        QVERIFY(sheet->isVisible(sheet->indexOf(QStringLiteral("Font"))));
+        delete form;
+    }
+    // The task menu's pages write through the form: one Apply is one undo step over the selected
+    // controls, the values page writes the clicked control only, and a value written back equal to
+    // what a new control has is not stored.
+    void pagesareoneundostep()
+    {
+        QDesignerFormWindowInterface *form = openform(readfile(QStringLiteral(KEL_TEST_FORM)));
+        auto *first = form->mainContainer()->findChild<fractioni *>(QStringLiteral("first"));
+        auto *second = form->mainContainer()->findChild<fractioni *>(QStringLiteral("second"));
+        form->clearSelection(false);
+        form->selectWidget(second, true);
+        form->selectWidget(first, true);
+        auto *menu = qt_extension<QDesignerTaskMenuExtension *>(m_core->extensionManager(), first);
+        QVERIFY(menu);
+        const QList<QAction *> actions = menu->taskActions();
+        const auto opendialog = [&](int action) -> propertypagedialog * {
+            actions.at(action)->trigger();
+            for (QWidget *top : QApplication::topLevelWidgets()) {
+                if (auto *dialog = qobject_cast<propertypagedialog *>(top); dialog && dialog->isVisible())
+                    return dialog;
+            }
+            return nullptr;
+        };
+
+        propertypagedialog *dialog = opendialog(1);
+        QVERIFY(dialog);
+        const int steps = form->commandHistory()->count();
+        dialog->findChild<QCheckBox *>(QStringLiteral("chkautoreplace"))->click();
+        dialog->findChild<QCheckBox *>(QStringLiteral("chkborderstyle"))->setChecked(false);
+        dialog->applybutton()->click();
+        QVERIFY(first->Autoreplace() && second->Autoreplace());
+        QCOMPARE(form->commandHistory()->count(), steps + 1);
+        QVERIFY(form->isDirty());
+        dialog->reject();
+        form->commandHistory()->undo();
+        QVERIFY(!first->Autoreplace() && !second->Autoreplace());
+        QCOMPARE(first->Borderstyle(), fractioni::borderstylefixed);
+        form->commandHistory()->redo();
+
+        dialog = opendialog(0);
+        QVERIFY(dialog);
+        dialog->findChild<QLineEdit *>(QStringLiteral("txtnumeratorvalue"))->setText(QStringLiteral("1"));
+        dialog->findChild<QLineEdit *>(QStringLiteral("txtdenominatorvalue"))->setText(QStringLiteral("9"));
+        dialog->accept();
+        QCOMPARE(second->Denominatorvalue(), QStringLiteral("7"));
+        QCoreApplication::processEvents();
+
+        // A forbidden combination at design time is a message, not an error.
+        m_messages.clear();
+        first->setWholepartLocked(true);
+        first->setForcesign(true);
+        QCOMPARE(m_messages, std::vector<std::string>{"Usereditable and forcesign can't be True simultaneously"});
+        first->setWholepartLocked(false);
+        QCoreApplication::processEvents();
+
+        const QString contents = form->contents();
+        QVERIFY(contents.contains(QLatin1String("<string notr=\"true\">9</string>")));
+        QVERIFY(!contents.contains(QLatin1String("\"Numeratorvalue\"")));
+        QVERIFY(!contents.contains(QLatin1String("\"WholepartLocked\"")));
+        std::unique_ptr<QWidget> loaded = loadwithuiloader(contents);
+        const auto *again = loaded->findChild<fractioni *>(QStringLiteral("first"));
+        QCOMPARE(again->Denominatorvalue(), QStringLiteral("9"));
+        QCOMPARE(again->Numeratorvalue(), QStringLiteral("1"));
+        QVERIFY(again->Autoreplace());
+        // The appearance page showed the last selected control and wrote its slash to both.
+        QVERIFY(again->Fractionslash());
+        QCOMPARE(again->Borderstyle(), fractioni::borderstylenone);
+        delete form;
+    }
+    // Form > Preview shows controls that run as in an application; the form's own stay in design mode.
+    void previewruns()
+    {
+        QDesignerFormWindowInterface *form = openform(newform());
+        auto *onform = form->mainContainer()->findChild<fractioni *>();
+        QAction *preview = m_core->formWindowManager()->action(QDesignerFormWindowManagerInterface::DefaultPreviewAction);
+        QVERIFY(preview && preview->isEnabled());
+        preview->trigger();
+        QCoreApplication::processEvents();
+        fractioni *running = nullptr;
+        for (QWidget *top : QApplication::topLevelWidgets()) {
+            if (top->isVisible() && !QDesignerFormWindowInterface::findFormWindow(top) && !running)
+                running = top->findChild<fractioni *>();
+        }
+        QVERIFY(running);
+        QVERIFY(kelfractionint::ambient::usermode(running));
+        QVERIFY(!kelfractionint::ambient::usermode(onform));
+        QCOMPARE(onform->Container(), nullptr);
+        try {
+            running->Container();
+            QFAIL("Container read without an error");
+        } catch (const modfracglobal::automationerror &error) {
+            QCOMPARE(error.number(), 91);
+        }
+        QVERIFY_THROWS_EXCEPTION(modfracglobal::automationerror, running->setWholepartvalue(QStringLiteral("x")));
+        running->window()->close();
+        delete form;
+    }
 
 private:
     QDesignerFormWindowInterface *openform(const QString &contents);
@@ -131,22 +324,6 @@ private:
     std::vector<std::string> m_messages;
 };
 
-void tst_fractionidesigner::initTestCase()
-{
-    QLocale::setDefault(QLocale::c());
-    modfracglobal::setmessagesink([this](const std::string &text) { m_messages.push_back(text); });
-    QDesignerComponents::initializeResources();
-    m_core = QDesignerComponents::createFormEditor(this);
-    m_core->setIntegration(new QDesignerIntegration(m_core, m_core));
-    QDesignerComponents::createTaskMenu(m_core, m_core);
-    QDesignerComponents::initializePlugins(m_core);
-}
-
-void tst_fractionidesigner::cleanupTestCase()
-{
-    modfracglobal::setmessagesink({});
-}
-
 QDesignerFormWindowInterface *tst_fractionidesigner::openform(const QString &contents)
 {
     QDesignerFormWindowInterface *form = m_core->formWindowManager()->createFormWindow(nullptr);
@@ -154,197 +331,6 @@ QDesignerFormWindowInterface *tst_fractionidesigner::openform(const QString &con
     m_core->formWindowManager()->setActiveFormWindow(form);
     QCoreApplication::processEvents();
     return form;
-}
-
-// A control on a grey form given every property in Designer is saved so that Designer,
-// QUiLoader and uic all give it back; reopening the saved form changes nothing.
-void tst_fractionidesigner::designedcomesback()
-{
-    QDesignerFormWindowInterface *form = openform(newform());
-    auto *control = form->mainContainer()->findChild<fractioni *>(QStringLiteral("fraction"));
-    QVERIFY(!kelfractionint::ambient::usermode(control));
-    for (const auto &[name, value] : designed)
-        form->cursor()->setWidgetProperty(control, QLatin1String(name), value);
-    for (const auto &[name, value] : folded)
-        form->cursor()->setWidgetProperty(form->mainContainer()->findChild<fractioni *>(QStringLiteral("folded")),
-                                          QLatin1String(name), value);
-    QCoreApplication::processEvents();
-    QCOMPARE(designedmismatches(form->mainContainer()), QString());
-
-    const QString contents = form->contents();
-    // The type is saved first, so that the values meet its rules when they are read back.
-    QVERIFY(contents.indexOf(QLatin1String("\"FracType\"")) < contents.indexOf(QLatin1String("\"Wholepartvalue\"")));
-    QCOMPARE(contents.count(QLatin1String("<string notr=\"true\">")), 4);
-    // uic compiles exactly this file into the test.
-    const auto normalized = [](QString text) {
-        return text.remove(QRegularExpression(QStringLiteral(" *<propertyspecifications>.*</propertyspecifications>\\n"),
-                                              QRegularExpression::DotMatchesEverythingOption))
-            .trimmed();
-    };
-    QCOMPARE(normalized(contents), normalized(readfile(QStringLiteral(KEL_TEST_ROUNDTRIP))));
-
-    std::unique_ptr<QWidget> loaded = loadwithuiloader(contents);
-    QCOMPARE(designedmismatches(loaded.get()), QString());
-    QWidget compiled;
-    Ui::roundtrip ui;
-    ui.setupUi(&compiled);
-    QCOMPARE(designedmismatches(&compiled), QString());
-
-    // Reopened, the form is the same, unmodified, with nothing to undo.
-    QDesignerFormWindowInterface *again = openform(contents);
-    QCOMPARE(designedmismatches(again->mainContainer()), QString());
-    QVERIFY(!again->isDirty());
-    QCOMPARE(again->commandHistory()->count(), 0);
-    QCOMPARE(again->contents(), contents);
-    delete again;
-    delete form;
-}
-
-// A form without colour keys gives every control its container's colour, whoever loads it;
-// Designer keeps the file as it is.
-void tst_fractionidesigner::formswithoutcolours()
-{
-    const QString contents = readfile(QStringLiteral(KEL_TEST_FORM));
-    QDesignerFormWindowInterface *form = openform(contents);
-    std::unique_ptr<QWidget> loaded = loadwithuiloader(contents);
-    QVERIFY(loaded);
-    QWidget compiled;
-    Ui::fractionform ui;
-    ui.setupUi(&compiled);
-    for (const QWidget *top : {form->mainContainer(), loaded.get(), static_cast<QWidget *>(&compiled)}) {
-        QCOMPARE(mismatches(top, {{"first", &handwritten}, {"second", &handwrittensecond}}), QString());
-        for (const fractioni *control : top->findChildren<fractioni *>()) {
-            const quint32 container = kelfractionint::ambient::backcolor(control);
-            QCOMPARE(control->Backcolor(), container);
-            QCOMPARE(control->Denominatorbackcolor(), container);
-        }
-    }
-    QVERIFY(!form->isDirty());
-    QVERIFY(!form->contents().contains(QLatin1String("backcolor")));
-    delete form;
-}
-
-void tst_fractionidesigner::colourseditedascolours()
-{
-    QDesignerFormWindowInterface *form = openform(newform());
-    auto *control = form->mainContainer()->findChild<fractioni *>();
-    auto *sheet = qt_extension<QDesignerPropertySheetExtension *>(m_core->extensionManager(), control);
-    QVERIFY(sheet);
-    const int negative = sheet->indexOf(QStringLiteral("Negforecolor"));
-    QCOMPARE(sheet->property(negative), QVariant(QColor(Qt::red)));
-    // The property editor writes a QColor: blue is blue, stored as 0x00BBGGRR.
-    form->cursor()->setWidgetProperty(control, QStringLiteral("Negforecolor"), QColor(Qt::blue));
-    QCOMPARE(control->Negforecolor(), 0xFF0000u);
-    QVERIFY(sheet->isChanged(negative));
-    QVERIFY(form->contents().contains(QLatin1String("<UInt>16711680</UInt>")));
-    // Resetting gives back what a new control has: red, and the container's background.
-    QVERIFY(sheet->reset(negative));
-    QCOMPARE(control->Negforecolor(), 255u);
-    form->cursor()->setWidgetProperty(control, QStringLiteral("Backcolor"), QColor(Qt::white));
-    QVERIFY(sheet->reset(sheet->indexOf(QStringLiteral("Backcolor"))));
-    QCOMPARE(control->Backcolor(), kelfractionint::ambient::backcolor(control));
-    // Only the control's own font is offered.
-    QVERIFY(!sheet->isVisible(sheet->indexOf(QStringLiteral("font"))));
-    QVERIFY(sheet->isVisible(sheet->indexOf(QStringLiteral("Font"))));
-    delete form;
-}
-
-// The task menu's pages write through the form: one Apply is one undo step over the selected
-// controls, the values page writes the clicked control only, and a value written back equal to
-// what a new control has is not stored.
-void tst_fractionidesigner::pagesareoneundostep()
-{
-    QDesignerFormWindowInterface *form = openform(readfile(QStringLiteral(KEL_TEST_FORM)));
-    auto *first = form->mainContainer()->findChild<fractioni *>(QStringLiteral("first"));
-    auto *second = form->mainContainer()->findChild<fractioni *>(QStringLiteral("second"));
-    form->clearSelection(false);
-    form->selectWidget(second, true);
-    form->selectWidget(first, true);
-    auto *menu = qt_extension<QDesignerTaskMenuExtension *>(m_core->extensionManager(), first);
-    QVERIFY(menu);
-    const QList<QAction *> actions = menu->taskActions();
-    const auto opendialog = [&](int action) -> propertypagedialog * {
-        actions.at(action)->trigger();
-        for (QWidget *top : QApplication::topLevelWidgets()) {
-            if (auto *dialog = qobject_cast<propertypagedialog *>(top); dialog && dialog->isVisible())
-                return dialog;
-        }
-        return nullptr;
-    };
-
-    propertypagedialog *dialog = opendialog(1);
-    QVERIFY(dialog);
-    const int steps = form->commandHistory()->count();
-    dialog->findChild<QCheckBox *>(QStringLiteral("chkautoreplace"))->click();
-    dialog->findChild<QCheckBox *>(QStringLiteral("chkborderstyle"))->setChecked(false);
-    dialog->applybutton()->click();
-    QVERIFY(first->Autoreplace() && second->Autoreplace());
-    QCOMPARE(form->commandHistory()->count(), steps + 1);
-    QVERIFY(form->isDirty());
-    dialog->reject();
-    form->commandHistory()->undo();
-    QVERIFY(!first->Autoreplace() && !second->Autoreplace());
-    QCOMPARE(first->Borderstyle(), fractioni::borderstylefixed);
-    form->commandHistory()->redo();
-
-    dialog = opendialog(0);
-    QVERIFY(dialog);
-    dialog->findChild<QLineEdit *>(QStringLiteral("txtnumeratorvalue"))->setText(QStringLiteral("1"));
-    dialog->findChild<QLineEdit *>(QStringLiteral("txtdenominatorvalue"))->setText(QStringLiteral("9"));
-    dialog->accept();
-    QCOMPARE(second->Denominatorvalue(), QStringLiteral("7"));
-    QCoreApplication::processEvents();
-
-    // A forbidden combination at design time is a message, not an error.
-    m_messages.clear();
-    first->setWholepartLocked(true);
-    first->setForcesign(true);
-    QCOMPARE(m_messages, std::vector<std::string>{"Usereditable and forcesign can't be True simultaneously"});
-    first->setWholepartLocked(false);
-    QCoreApplication::processEvents();
-
-    const QString contents = form->contents();
-    QVERIFY(contents.contains(QLatin1String("<string notr=\"true\">9</string>")));
-    QVERIFY(!contents.contains(QLatin1String("\"Numeratorvalue\"")));
-    QVERIFY(!contents.contains(QLatin1String("\"WholepartLocked\"")));
-    std::unique_ptr<QWidget> loaded = loadwithuiloader(contents);
-    const auto *again = loaded->findChild<fractioni *>(QStringLiteral("first"));
-    QCOMPARE(again->Denominatorvalue(), QStringLiteral("9"));
-    QCOMPARE(again->Numeratorvalue(), QStringLiteral("1"));
-    QVERIFY(again->Autoreplace());
-    // The appearance page showed the last selected control and wrote its slash to both.
-    QVERIFY(again->Fractionslash());
-    QCOMPARE(again->Borderstyle(), fractioni::borderstylenone);
-    delete form;
-}
-
-// Form > Preview shows controls that run as in an application; the form's own stay in design mode.
-void tst_fractionidesigner::previewruns()
-{
-    QDesignerFormWindowInterface *form = openform(newform());
-    auto *onform = form->mainContainer()->findChild<fractioni *>();
-    QAction *preview = m_core->formWindowManager()->action(QDesignerFormWindowManagerInterface::DefaultPreviewAction);
-    QVERIFY(preview && preview->isEnabled());
-    preview->trigger();
-    QCoreApplication::processEvents();
-    fractioni *running = nullptr;
-    for (QWidget *top : QApplication::topLevelWidgets()) {
-        if (top->isVisible() && !QDesignerFormWindowInterface::findFormWindow(top) && !running)
-            running = top->findChild<fractioni *>();
-    }
-    QVERIFY(running);
-    QVERIFY(kelfractionint::ambient::usermode(running));
-    QVERIFY(!kelfractionint::ambient::usermode(onform));
-    QCOMPARE(onform->Container(), nullptr);
-    try {
-        running->Container();
-        QFAIL("Container read without an error");
-    } catch (const modfracglobal::automationerror &error) {
-        QCOMPARE(error.number(), 91);
-    }
-    QVERIFY_THROWS_EXCEPTION(modfracglobal::automationerror, running->setWholepartvalue(QStringLiteral("x")));
-    running->window()->close();
-    delete form;
 }
 
 QTEST_MAIN(tst_fractionidesigner)

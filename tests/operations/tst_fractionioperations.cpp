@@ -135,11 +135,9 @@ private Q_SLOTS:
         row("expand by 0 changes nothing", {"", "1", "2"}, "expand", 0, {"", "1", "2"});
         row("2 1/2 to improper", {"2", "1", "2"}, "mixedtofrac", 0, {"", "5", "2"});
         row("-3/4 inverted", {"-", "3", "4"}, "invert", 0, {"-", "4", "3"});
-        row("-5/8 ties to even", {"-", "5", "8"}, "fractodecimal", 2, {"-0.62", "", ""});
         row("1/3 with a comma", {"", "1", "3"}, "fractodecimal", 3, {"0,333", "", ""}, 0, "", {}, ",");
         row("absurd count of decimals", {"", "1", "3"}, "fractodecimal", INT_MAX, {"0.333333333333333", "", ""});
         row("0,125 with a comma", {"0,125", "", ""}, "decimaltofrac", 0, {"", "125", "1000"}, 0, "", {}, ",");
-        row("1/3 is 33% at two decimals", {"", "1", "3"}, "fractopercent", 2, {"33%", "", ""});
         row("2/3 as percent with a comma", {"", "2", "3"}, "fractopercent", 4, {"66,67%", "", ""}, 0, "", {}, ",");
         row("-150% to a fraction", {"-150%", "", ""}, "percenttofrac", 0, {"-1", "5", "10"});
         row("no percent sign, no result", {"12", "1", "2"}, "percenttofrac", 0, {});
@@ -150,7 +148,6 @@ private Q_SLOTS:
         row("negative count of decimals", {"", "1", "3"}, "fractodecimal", -1, {}, 0, "Invalid procedure call or argument");
         row("percent of a negative count", {"", "1", "3"}, "fractopercent", -1, {}, 9, "Invalid procedure call or argument");
         row("empty value as percent", {"", "", ""}, "fractopercent", 2, {}, 13);
-        row("ten decimals overflow", {"0.1234567891", "", ""}, "decimaltofrac", 0, {}, 0, "Overflow");
         row("lone percent sign", {"%", "", ""}, "percenttofrac", 0, {}, 13, "", noload);
         // A load assigns whole part, numerator and denominator in turn, one event each.
         row("6/8 reduced in place", {"", "6", "8"}, "reduce", 0, {"", "3", "4"}, 0, "",
@@ -283,11 +280,9 @@ private Q_SLOTS:
         // None of the methods returning a record loads it anywhere, whatever Autoreplace says.
         row("5 - +2", "subtractfractions", {"5", "", ""}, {"+2", "", ""}, {"", "3", "1"});
         row("5 - -1/2", "subtractfractions", {"5", "", ""}, {"-", "1", "2"}, {"", "11", "2"});
-        row("-1/2 - 2/3", "subtractfractions", {"-", "1", "2"}, {"", "2", "3"}, {"-", "7", "6"});
         row("-1/2 + 2/3", "addtwofractions", {"-", "1", "2"}, {"", "2", "3"}, {"", "1", "6"});
         row("-1/2 * 2/3", "multiplytwofractions", {"-", "1", "2"}, {"", "2", "3"}, {"-", "2", "6"});
         row("nothing minus 2/3", "subtractfractions", {}, {"", "2", "3"}, {}, {}, true, 91);
-        row("2/3 times nothing", "multiplytwofractions", {"", "2", "3"}, {}, {}, {}, true, 91);
         // The divisor shows its converted value afterwards, whatever its Autoreplace says; the
         // dividend is converted for the computation only.
         row("-1 1/2 : 2", "dividefractions", {"-1", "1", "2"}, {"2", "", ""}, {"-", "3", "4"}, {}, false);

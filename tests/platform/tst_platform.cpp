@@ -1,4 +1,5 @@
-// The host seams: property bags, twips, colours, ambient properties and the message sink.
+// The host seams: the memory property bag, twips, colours, ambient properties and the message
+// sink. (The QSettings bag is exercised by the control's and the demo's saved forms.)
 #include "ambient.h"
 #include "messageboxsink.h"
 #include "messagesink.h"
@@ -6,8 +7,6 @@
 #include "twips.h"
 
 #include <QApplication>
-#include <QSettings>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace kelfractionint;
@@ -19,106 +18,77 @@ class tst_platform : public QObject
 private Q_SLOTS:
     void initTestCase() { QLocale::setDefault(QLocale::c()); }
 
-    void memorybag();
-    void settingsbag();
-    void conversions();
-    void ambientproperties();
-    void capture();
+    void memorybag()
+    {
+        memorypropertybag bag;
+        bag.writeproperty(QStringLiteral("b"), 2, 0);
+        bag.writeproperty(QStringLiteral("a"), QStringLiteral("x"), QStringLiteral("4"));
+        bag.writeproperty(QStringLiteral("c"), 600, 600);
+        QCOMPARE(bag.keys(), (QStringList{"b", "a"}));
+        // Writing the default removes a stored key; rewriting keeps the first position.
+        bag.writeproperty(QStringLiteral("b"), 0, 0);
+        bag.writeproperty(QStringLiteral("d"), true, false);
+        bag.writeproperty(QStringLiteral("a"), QStringLiteral("y"), QStringLiteral("4"));
+        QCOMPARE(bag.keys(), (QStringList{"a", "d"}));
+        QCOMPARE(bag.readproperty(QStringLiteral("a"), QStringLiteral("4")).toString(), QStringLiteral("y"));
+        QCOMPARE(bag.readproperty(QStringLiteral("b"), 7).toInt(), 7);
+        // A number equal to its default in another numeric type is a default too.
+        bag.writeproperty(QStringLiteral("w"), 600.0f, qint16(600));
+        QVERIFY(!bag.contains(QStringLiteral("w")));
+        // Without a default everything is stored.
+        bag.writeproperty(QStringLiteral("f"), QVariant(), QVariant());
+        QVERIFY(bag.contains(QStringLiteral("f")));
+    }
+    void conversions()
+    {
+        QCOMPARE(twipstopixels(607.6, 15), 41);
+        QCOMPARE(twipstopixels(std::nan(""), 15), 0);
+        QCOMPARE(twipstopixels(1e300, 15), 1000000);
+        // OLE colours are 0x00BBGGRR; the high byte (system colours) does not disturb the channels.
+        QCOMPARE(fromoleColor(0x80336699u), QColor(0x99, 0x66, 0x33));
+        QCOMPARE(tooleColor(QColor(0x99, 0x66, 0x33)), 0x336699u);
+    }
+    void ambientproperties()
+    {
+        QWidget form;
+        QWidget panel(&form);
+        QWidget control(&panel);
+        QPalette palette = panel.palette();
+        palette.setColor(QPalette::Window, QColor(1, 2, 3));
+        panel.setPalette(palette);
+        QCOMPARE(ambient::backcolor(&control), 0x030201u);
+        QCOMPARE(ambient::backcolor(&form), 0xFFFFFFu);
+        QFont font(QStringLiteral("Serif"), 17);
+        panel.setFont(font);
+        QCOMPARE(ambient::font(&control).pointSize(), 17);
+
+        // Design mode is inherited from the form, or the default for every control.
+        QList<bool> modes{ambient::usermode(&control)};
+        ambient::setdesignmode(&form, true);
+        modes << ambient::usermode(&control);
+        ambient::setdesignmode(&form, false);
+        modes << ambient::usermode(&control);
+        ambient::setdefaultdesignmode(true);
+        modes << ambient::usermode(&control);
+        ambient::setdefaultdesignmode(false);
+        QCOMPARE(modes, (QList<bool>{true, false, true, false}));
+    }
+    void capture()
+    {
+        QStringList outer;
+        modfracglobal::setmessagesink([&outer](const std::string &text) { outer.append(QString::fromStdString(text)); });
+        {
+            messagecapture capture;
+            modfracglobal::showmessage("Overflow");
+            modfracglobal::showmessage("Division by zero");
+            QCOMPARE(capture.take(), (QStringList{"Overflow", "Division by zero"}));
+            QVERIFY(capture.messages().isEmpty());
+        }
+        modfracglobal::showmessage("after");
+        QCOMPARE(outer, QStringList{"after"});
+        modfracglobal::setmessagesink({});
+    }
 };
-
-void tst_platform::memorybag()
-{
-    memorypropertybag bag;
-    bag.writeproperty(QStringLiteral("b"), 2, 0);
-    bag.writeproperty(QStringLiteral("a"), QStringLiteral("x"), QStringLiteral("4"));
-    bag.writeproperty(QStringLiteral("c"), 600, 600);
-    QCOMPARE(bag.keys(), (QStringList{"b", "a"}));
-    // Writing the default removes a stored key; rewriting keeps the first position.
-    bag.writeproperty(QStringLiteral("b"), 0, 0);
-    bag.writeproperty(QStringLiteral("d"), true, false);
-    bag.writeproperty(QStringLiteral("a"), QStringLiteral("y"), QStringLiteral("4"));
-    QCOMPARE(bag.keys(), (QStringList{"a", "d"}));
-    QCOMPARE(bag.readproperty(QStringLiteral("a"), QStringLiteral("4")).toString(), QStringLiteral("y"));
-    QCOMPARE(bag.readproperty(QStringLiteral("b"), 7).toInt(), 7);
-    // A number equal to its default in another numeric type is a default too.
-    bag.writeproperty(QStringLiteral("w"), 600.0f, qint16(600));
-    QVERIFY(!bag.contains(QStringLiteral("w")));
-    // Without a default everything is stored.
-    bag.writeproperty(QStringLiteral("f"), QVariant(), QVariant());
-    QVERIFY(bag.contains(QStringLiteral("f")));
-}
-
-void tst_platform::settingsbag()
-{
-    QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("bag.ini"));
-    {
-        QSettings settings(path, QSettings::IniFormat);
-        settingspropertybag first(settings, QStringLiteral("one"));
-        settingspropertybag second(settings, QStringLiteral("two"));
-        first.writeproperty(QStringLiteral("Numeratorvalue"), QStringLiteral("3"), QStringLiteral("1"));
-        second.writeproperty(QStringLiteral("Numeratorvalue"), QStringLiteral("1"), QStringLiteral("1"));
-        second.writeproperty(QStringLiteral("Backcolor"), 255, 0xFFFFFF);
-    }
-    QSettings settings(path, QSettings::IniFormat);
-    settingspropertybag first(settings, QStringLiteral("one"));
-    settingspropertybag second(settings, QStringLiteral("two"));
-    QCOMPARE(first.keys(), QStringList{"Numeratorvalue"});
-    QCOMPARE(first.readproperty(QStringLiteral("Numeratorvalue"), QStringLiteral("1")).toString(), QStringLiteral("3"));
-    QCOMPARE(second.keys(), QStringList{"Backcolor"});
-    QCOMPARE(second.readproperty(QStringLiteral("Numeratorvalue"), QStringLiteral("1")).toString(), QStringLiteral("1"));
-}
-
-void tst_platform::conversions()
-{
-    QCOMPARE(twipstopixels(607.6, 15), 41);
-    QCOMPARE(twipstopixels(std::nan(""), 15), 0);
-    QCOMPARE(twipstopixels(1e300, 15), 1000000);
-    // OLE colours are 0x00BBGGRR; the high byte (system colours) does not disturb the channels.
-    QCOMPARE(fromoleColor(0x80336699u), QColor(0x99, 0x66, 0x33));
-    QCOMPARE(tooleColor(QColor(0x99, 0x66, 0x33)), 0x336699u);
-}
-
-void tst_platform::ambientproperties()
-{
-    QWidget form;
-    QWidget panel(&form);
-    QWidget control(&panel);
-    QPalette palette = panel.palette();
-    palette.setColor(QPalette::Window, QColor(1, 2, 3));
-    panel.setPalette(palette);
-    QCOMPARE(ambient::backcolor(&control), 0x030201u);
-    QCOMPARE(ambient::backcolor(&form), 0xFFFFFFu);
-    QFont font(QStringLiteral("Serif"), 17);
-    panel.setFont(font);
-    QCOMPARE(ambient::font(&control).pointSize(), 17);
-
-    QVERIFY(ambient::usermode(&control));
-    ambient::setdesignmode(&form, true);
-    QVERIFY(!ambient::usermode(&control));
-    ambient::setdesignmode(&form, false);
-    QVERIFY(ambient::usermode(&control));
-    ambient::setdefaultdesignmode(true);
-    QVERIFY(!ambient::usermode(&control));
-    ambient::setdefaultdesignmode(false);
-    QVERIFY(ambient::usermode(nullptr));
-}
-
-void tst_platform::capture()
-{
-    QStringList outer;
-    modfracglobal::setmessagesink([&outer](const std::string &text) { outer.append(QString::fromStdString(text)); });
-    {
-        messagecapture capture;
-        modfracglobal::showmessage("Overflow");
-        modfracglobal::showmessage("Division by zero");
-        QCOMPARE(capture.take(), (QStringList{"Overflow", "Division by zero"}));
-        QVERIFY(capture.messages().isEmpty());
-    }
-    modfracglobal::showmessage("after");
-    QCOMPARE(outer, QStringList{"after"});
-    modfracglobal::setmessagesink({});
-}
 
 QTEST_MAIN(tst_platform)
 #include "tst_platform.moc"
