@@ -64,6 +64,7 @@ private Q_SLOTS:
         // Algebraic texts may hold spaces and slashes: they are typed, not moves.
         row("an algebraic slash is typed", false, "numerator", "5/8", {"4", "15/8", "7"}, "numerator", true);
     }
+
     void typing()
     {
         QFETCH(bool, cleared);
@@ -89,6 +90,7 @@ private Q_SLOTS:
         QCOMPARE(testsupport::value(*f.control), value);
         QCOMPARE(QApplication::focusWidget(), f.field(focus));
     }
+
     void paste_data()
     {
         QTest::addColumn<QString>("clipboard");
@@ -107,6 +109,7 @@ private Q_SLOTS:
         QTest::newRow("a decimal pastes as text") << "2.5" << "wholepart" << "ctrl+v" << QStringList{"2.5", "1", "7"}
                                                   << false;
     }
+
     void paste()
     {
         QFETCH(QString, clipboard);
@@ -146,6 +149,7 @@ private Q_SLOTS:
             QCOMPARE(testsupport::events(spy), testsupport::events(expected));
         }
     }
+
     void copywithoutselection()
     {
         form f;
@@ -160,6 +164,7 @@ private Q_SLOTS:
         QTest::keyClick(static_cast<QWidget *>(nullptr), Qt::Key_C, Qt::ControlModifier);
         QCOMPARE(QApplication::clipboard()->text(), QStringLiteral("1"));
     }
+
     void textandapproximation()
     {
         fractioni control;

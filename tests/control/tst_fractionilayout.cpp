@@ -113,6 +113,7 @@ private Q_SLOTS:
         QTest::newRow("hidden fraction part") << QStringList{"15", "", ""} << 0 << false << false;
         QTest::newRow("grip counts in the width") << QStringList{"4", "1", "7"} << 1 << true << true;
     }
+
     void geometry()
     {
         QFETCH(QStringList, record);
@@ -176,6 +177,7 @@ private Q_SLOTS:
         }
         QCOMPARE(lblgrip->pos(), QPoint(px(W - lblgrip->width() - B * gap), px(H - lblgrip->height() - B * gap)));
     }
+
     void emptycontrol()
     {
         shown s;
@@ -188,6 +190,7 @@ private Q_SLOTS:
         QVERIFY(!s.field("wholepart")->isHidden());
         QTRY_VERIFY(s.field("wholepart")->hasFocus());
     }
+
     void zoom()
     {
         shown s;
@@ -202,6 +205,7 @@ private Q_SLOTS:
         QCOMPARE(c.height(), 2 * s.field("wholepart")->height());
         QCOMPARE(s.field("wholepart")->font().pointSizeF(), c.Font().pointSizeF());
     }
+
     void inlayout_data()
     {
         QTest::addColumn<bool>("grid");
@@ -212,6 +216,7 @@ private Q_SLOTS:
         QTest::newRow("grid, enlarged font") << true << true;
         QTest::newRow("grid, grown value") << true << false;
     }
+
     // A control in a Qt layout gets the size that it computed for itself from the layout, also after
     // it has grown, and the layout's stale size never reaches it as a zoom of its font.
     void inlayout()
@@ -266,6 +271,7 @@ private Q_SLOTS:
         QCOMPARE(control->size(), reference.size());
         QCOMPARE(control->Font(), reference.Font());
     }
+
     void separator_data()
     {
         QTest::addColumn<bool>("slash");
@@ -276,6 +282,7 @@ private Q_SLOTS:
         QTest::newRow("slash") << true << QStringList{"2", "3", "8"};
         QTest::newRow("slash under a wider numerator") << true << QStringList{"", "125", "8"};
     }
+
     void separator()
     {
         QFETCH(bool, slash);
@@ -328,6 +335,7 @@ private Q_SLOTS:
             QVERIFY(centres.first() > centres.last());
         }
     }
+
     void everydigitwhole_data()
     {
         QTest::addColumn<int>("points");
@@ -348,6 +356,7 @@ private Q_SLOTS:
             }
         }
     }
+
     void everydigitwhole()
     {
         QFETCH(int, points);

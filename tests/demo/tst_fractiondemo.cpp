@@ -103,6 +103,7 @@ private Q_SLOTS:
         QLocale::setDefault(QLocale::c());
         modfracglobal::setnumberlocale({".", ","});
     }
+
     void init()
     {
         window = std::make_unique<demowindow>();
@@ -111,6 +112,7 @@ private Q_SLOTS:
         window->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(window.get()));
     }
+
     void cleanup() { window.reset(); }
 
     void operations_data()
@@ -155,6 +157,7 @@ private Q_SLOTS:
             "message: Error 11: Division by zero");
         row("expanding beyond 32 bits", "expandbutton", big, any, untouched, kept, false, "message: Overflow");
     }
+
     void operations()
     {
         QFETCH(QString, buttonname);
@@ -179,6 +182,7 @@ private Q_SLOTS:
         QCOMPARE(value(window->first()), firstafter.isEmpty() ? first : firstafter);
         QCOMPARE(logged(QStringLiteral("message:")), message.isEmpty() ? QStringList() : QStringList{message});
     }
+
     void keyboardreachesoperations_data()
     {
         QTest::addColumn<int>("key");
@@ -192,6 +196,7 @@ private Q_SLOTS:
         QTest::newRow("Ctrl+Shift+A adds into first")
             << int(Qt::Key_A) << int(Qt::ControlModifier | Qt::ShiftModifier) << QStringList{"4", "1", "7"} << sum;
     }
+
     void keyboardreachesoperations()
     {
         QFETCH(int, key);
@@ -206,6 +211,7 @@ private Q_SLOTS:
         QTRY_COMPARE(value(window->result()), result);
         QTRY_COMPARE(value(window->first()), first);
     }
+
     void selectionfollowsfocusandclicks()
     {
         window->second()->loadfraction(QStringList{"", "6", "8"});
@@ -224,6 +230,7 @@ private Q_SLOTS:
         QCOMPARE(window->selected(), result);
         QVERIFY(!logged(QStringLiteral("result: MouseDown (Button 1, Shift 0")).isEmpty());
     }
+
     // Every input has a name for screen readers; Tab visits the fractions part by part, then the
     // toggle and the operations in reading order, then the log, and comes round again.
     void keyboardandscreenreaders()
@@ -257,6 +264,7 @@ private Q_SLOTS:
                                 "subtractbutton multiplybutton dividebutton addintobutton subtractintobutton "
                                 "multiplyintobutton divideintobutton eventlog clearlogbutton"));
     }
+
     void pageseditselectedcontrol()
     {
         QTest::mouseClick(field(window->second(), "wholepart"), Qt::LeftButton);
@@ -291,6 +299,7 @@ private Q_SLOTS:
         QVERIFY(about && about->isVisible());
         about->close();
     }
+
     // Saved, changed and reopened in the same window and in a new one, every control is as saved.
     void savedformreopensidentically()
     {
@@ -339,6 +348,7 @@ private Q_SLOTS:
         QVERIFY(!other.openform(dir.filePath(QStringLiteral("missing.ini"))));
         QCOMPARE(other.loglines().filter(QStringLiteral("message:")).size(), 1);
     }
+
     void pictures()
     {
         QTemporaryDir dir;
@@ -351,6 +361,7 @@ private Q_SLOTS:
         action("actioncopypicture")->trigger();
         QCOMPARE(QApplication::clipboard()->image().size(), window->second()->Picture().size());
     }
+
     void scriptedtour()
     {
         QTemporaryDir dir;
@@ -368,6 +379,7 @@ private Q_SLOTS:
         QVERIFY(firstevents.last().endsWith(QLatin1String(R"(-> "+" "2" "3" "4")")));
         QVERIFY(window->loglines().contains(QStringLiteral(R"(result.fractomixed returned "1" "5" "12")")));
     }
+
     // The measurements page: fractions in a table through the delegate.
     void painting_data()
     {
@@ -380,6 +392,7 @@ private Q_SLOTS:
         QTest::newRow("text that is no fraction") << QVariant(QStringLiteral("1.5 in")) << true << false
                                                   << QColor(Qt::black);
     }
+
     void painting()
     {
         QFETCH(QVariant, value);
@@ -406,6 +419,7 @@ private Q_SLOTS:
         if (fraction)
             QCOMPARE(widest > QFontMetrics(option.font).horizontalAdvance(QStringLiteral("3")) + 2, !slash);
     }
+
     void editing_data()
     {
         QTest::addColumn<QString>("keys");
@@ -416,6 +430,7 @@ private Q_SLOTS:
         QTest::newRow("Escape cancels") << "3 1/8" << int(Qt::Key_Escape) << "" << 0;
         QTest::newRow("Tab commits and moves on") << "5" << int(Qt::Key_Tab) << "5 2/4" << 0;
     }
+
     void editing()
     {
         QFETCH(QString, keys);
@@ -448,6 +463,7 @@ private Q_SLOTS:
         if (!value.isEmpty())
             QVERIFY(page.findChild<QLabel *>(QStringLiteral("total"))->text().startsWith(QLatin1String("Total: ")));
     }
+
     void largemodelopensquickly()
     {
         kelfractionint::measurementmodel model(100000);

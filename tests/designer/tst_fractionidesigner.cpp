@@ -125,6 +125,7 @@ private Q_SLOTS:
         QDesignerComponents::createTaskMenu(m_core, m_core);
         QDesignerComponents::initializePlugins(m_core);
     }
+
     void cleanupTestCase()
     {
         modfracglobal::setmessagesink({});
@@ -173,6 +174,7 @@ private Q_SLOTS:
         delete again;
         delete form;
     }
+
     // A form without colour keys gives every control its container's colour, whoever loads it;
     // Designer keeps the file as it is.
     void formswithoutcolours()
@@ -196,6 +198,7 @@ private Q_SLOTS:
         QVERIFY(!form->contents().contains(QLatin1String("backcolor")));
         delete form;
     }
+
     void colourseditedascolours()
     {
         QDesignerFormWindowInterface *form = openform(newform());
@@ -220,6 +223,7 @@ private Q_SLOTS:
         QVERIFY(sheet->isVisible(sheet->indexOf(QStringLiteral("Font"))));
         delete form;
     }
+
     // The task menu's pages write through the form: one Apply is one undo step over the selected
     // controls, the values page writes the clicked control only, and a value written back equal to
     // what a new control has is not stored.
@@ -288,6 +292,7 @@ private Q_SLOTS:
         QCOMPARE(again->Borderstyle(), fractioni::borderstylenone);
         delete form;
     }
+
     // Form > Preview shows controls that run as in an application; the form's own stay in design mode.
     void previewruns()
     {

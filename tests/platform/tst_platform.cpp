@@ -39,6 +39,7 @@ private Q_SLOTS:
         bag.writeproperty(QStringLiteral("f"), QVariant(), QVariant());
         QVERIFY(bag.contains(QStringLiteral("f")));
     }
+
     void conversions()
     {
         QCOMPARE(twipstopixels(607.6, 15), 41);
@@ -48,6 +49,7 @@ private Q_SLOTS:
         QCOMPARE(fromoleColor(0x80336699u), QColor(0x99, 0x66, 0x33));
         QCOMPARE(tooleColor(QColor(0x99, 0x66, 0x33)), 0x336699u);
     }
+
     void ambientproperties()
     {
         QWidget form;
@@ -73,6 +75,7 @@ private Q_SLOTS:
         ambient::setdefaultdesignmode(false);
         QCOMPARE(modes, (QList<bool>{true, false, true, false}));
     }
+
     void capture()
     {
         QStringList outer;
