@@ -33,6 +33,23 @@ inline QList<QStringList> events(const QSignalSpy &spy)
     return rows;
 }
 
+// Records written "whole numerator denominator" and value events "old sign whole numerator
+// denominator > new ...", separated by ";", with "_" for an empty text.
+inline QList<QStringList> evs(const QString &text)
+{
+    QList<QStringList> rows;
+    for (const QString &event : text.split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
+        QStringList row = event.simplified().remove(QLatin1String("> ")).split(QLatin1Char(' '));
+        rows.append(row.replaceInStrings(QStringLiteral("_"), QString()));
+    }
+    return rows;
+}
+
+inline QStringList rec(const QString &text)
+{
+    return evs(text).value(0);
+}
+
 inline QStringList value(const kelfractionint::fractioni &control)
 {
     return {control.Wholepartvalue(), control.Numeratorvalue(), control.Denominatorvalue()};

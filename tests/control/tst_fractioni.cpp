@@ -24,22 +24,11 @@
 
 using kelfractionint::fractioni;
 using kelfractionint::memorypropertybag;
+using testsupport::evs;
 using step = std::function<void(fractioni &)>;
 Q_DECLARE_METATYPE(step)
 
 namespace {
-
-// Events written "old sign whole numerator denominator > new ...", separated by ";", "_" for an
-// empty text; a value alone is "whole numerator denominator".
-QList<QStringList> evs(const QString &text)
-{
-    QList<QStringList> rows;
-    for (const QString &event : text.split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
-        QStringList row = event.simplified().remove(QLatin1String("> ")).split(QLatin1Char(' '));
-        rows.append(row.replaceInStrings(QStringLiteral("_"), QString()));
-    }
-    return rows;
-}
 
 void load(fractioni &f, const char *w, const char *n, const char *d)
 {
