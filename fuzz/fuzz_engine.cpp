@@ -1,16 +1,10 @@
-// Feeds arbitrary text and integer lists to every engine routine. Any crash, hang, sanitizer
-// report or broken invariant below is a fault: the engine must answer every input with its
-// documented result or a reported error.
+// Feeds arbitrary text and integer lists to every engine routine. A crash, hang, sanitizer report
+// or broken invariant below is a fault: every input gets its documented result or a reported error.
 
 #include "decimalreference.h"
 
-#include <algorithm>
-#include <cstddef>
-#include <cstdint>
 #include <cstring>
 #include <numeric>
-#include <string>
-#include <string_view>
 
 using namespace modfracglobal;
 
@@ -22,33 +16,26 @@ void check(bool condition)
         __builtin_trap();
 }
 
-// A record result is either no result or three texts no longer than the input could explain.
-void checkrecord(const FractionResult &result)
+bool readerror(const automationerror &error)
 {
-    check(!result || std::all_of(result->begin(), result->end(), [](const std::string &s) { return s.size() < (1u << 20); }));
+    return error.number() == errnum::typemismatch || error.number() == errnum::overflow;
 }
 
-void hostnumbers(std::string_view text)
+void hostnumbers(const std::string &text)
 {
     try {
         const std::int32_t value = texttolong(text);
-        check(isnumerictext(text));
-        check(texttolong(std::to_string(value)) == value);
+        check(isnumerictext(text) && texttolong(std::to_string(value)) == value);
     } catch (const automationerror &error) {
-        check(error.number() == errnum::typemismatch || error.number() == errnum::overflow);
+        check(readerror(error));
     }
     try {
         const double value = texttodouble(text);
-        check(isnumerictext(text));
-        const std::string shown = doubletotext(value);
-        check(shown.size() < 32);
-        (void)texttodouble(shown);
+        check(isnumerictext(text) && doubletotext(value).size() < 32);
         (void)roundtodecimals(value, static_cast<std::int32_t>(text.size() % 24));
     } catch (const automationerror &error) {
-        check(error.number() == errnum::typemismatch || error.number() == errnum::overflow);
-        check(!isnumerictext(text));
+        check(readerror(error) && !isnumerictext(text));
     }
-    (void)partvalue(text);
     check(decimalcount(text) >= 0);
 }
 
@@ -57,24 +44,17 @@ void integerlists(const std::uint8_t *data, std::size_t size)
     LongList list(std::min<std::size_t>(size / 4, 64));
     if (!list.empty())
         std::memcpy(list.data(), data, list.size() * 4);
-
     LongList copy = list;
     (void)removezeros(list);
     (void)minindex(list);
     (void)modbymin(copy);
-
     copy = list;
     (void)listgcd(copy);
     check(copy == list);
-
-    copy = list;
     const std::int32_t lcm = listlcm(copy);
-    if (lcm > 0) {
-        for (std::int32_t v : copy)
-            check(v > 0 && lcm % v == 0);
-    } else {
-        check(lcm == 0 || lcm == -1);
-    }
+    for (std::int32_t v : copy)
+        check(lcm <= 0 || (v > 0 && lcm % v == 0));
+    check(lcm >= -1);
 }
 
 // The decimal conversions take shortcuts for usual values; each must give what the plain double
@@ -96,17 +76,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     static const scopedmessagesink quiet([](const std::string &) {});
     if (size == 0)
         return 0;
-
     const std::uint8_t control = data[0];
     setnumberlocale(control & 1 ? numberlocale{",", "."} : numberlocale{".", ","});
-    const std::string_view rest(reinterpret_cast<const char *>(data + 1), size - 1);
-
     if (control & 2) {
         integerlists(data + 1, size - 1);
         return 0;
     }
 
     // Up to six fields separated by "|": two records.
+    const std::string_view rest(reinterpret_cast<const char *>(data + 1), size - 1);
     std::string fields[6];
     std::size_t field = 0;
     for (const char c : rest) {
@@ -116,39 +94,34 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
             fields[field] += c;
     }
     hostnumbers(fields[0]);
-
-    const FractionText a{fields[0], fields[1], fields[2]};
-    const FractionText b{fields[3], fields[4], fields[5]};
+    const FractionText a{fields[0], fields[1], fields[2]}, b{fields[3], fields[4], fields[5]};
     const std::int32_t amount = static_cast<std::int32_t>(control >> 2) - 8;
-
-    checkrecord(strreduce(a));
-    checkrecord(strfractomixed(a));
-    checkrecord(strexpand(a, amount * 1000003));
-    checkrecord(strmixedtofrac(a));
-    checkrecord(strinvert(a));
-    checkrecord(strfractodecimal(a, amount));
-    checkrecord(strdecimaltofrac(a));
+    // Every result is either none or three texts no longer than the input could explain.
+    const auto sane = [](const FractionResult &result) {
+        check(!result || std::all_of(result->begin(), result->end(), [](const std::string &s) { return s.size() < (1u << 20); }));
+    };
+    for (const FractionResult &result : {strreduce(a), strfractomixed(a), strexpand(a, amount * 1000003), strmixedtofrac(a),
+                                         strinvert(a), strfractodecimal(a, amount), strdecimaltofrac(a)})
+        sane(result);
     decimalsagree(a, amount);
 
-    // Fractions as people write them: what is read is written back and read again unchanged,
-    // and the nearest fraction is reduced, mixed and within its limit.
+    // What is read is written back and read again unchanged; the nearest fraction is reduced,
+    // mixed and within its limit.
     const FractionResult parsed = strparsefraction(rest);
-    if (parsed)
-        check(strparsefraction(strformatfraction(*parsed)) == parsed);
+    check(!parsed || strparsefraction(strformatfraction(*parsed)) == parsed);
     const std::int32_t limit = static_cast<std::int32_t>(control) * 8191 + 1;
     for (const FractionResult &nearest : {strapproximate(a, limit), strapproximate({fields[0], "", ""}, limit)}) {
         if (!nearest)
             continue;
-        const std::int32_t n = partvalue((*nearest)[1]);
-        const std::int32_t d = partvalue((*nearest)[2]);
+        const std::int32_t n = partvalue((*nearest)[1]), d = partvalue((*nearest)[2]);
         check(d >= 1 && d <= limit && n < d && std::gcd(n, d) == (n == 0 ? d : 1));
     }
 
     FractionList list{a, b};
-    checkrecord(straddfractions(list));
+    sane(straddfractions(list));
     check(list[0] == a && list[1] == b);
-    checkrecord(strmultiplyfractions(list));
+    sane(strmultiplyfractions(list));
     list = {a, b};
-    checkrecord(strdividefractions(list));
+    sane(strdividefractions(list));
     return 0;
 }

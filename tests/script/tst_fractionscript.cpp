@@ -74,11 +74,9 @@ private Q_SLOTS:
         row("a control as text", {"-e", "print(String(createfraction()).split(' ')[0])"}, 0, "[fractioni\n", "");
         row("no program", {}, 2, "", "usage:");
         row("unknown option", {"--fast", "-e", "1"}, 2, "", "usage:");
-        row("two programs", {"-e", "1", "x.js"}, 2, "", "usage:");
         row("missing file", {"/nonexistent/x.js"}, 2, "", "cannot read");
         row("unknown locale", {"--locale", "xx_QQ", "-e", "1"}, 2, "", "unknown locale");
         row("decimal comma", {"--locale", "de_DE", "-e", "print(modfracglobal.doubletotext(2.5))"}, 0, "2,5\n", "");
-        row("decimal point", {"--locale", "C", "-e", "print(modfracglobal.doubletotext(2.5))"}, 0, "2.5\n", "");
         // Design mode reports a conflicting setting in a message instead of raising 380.
         const char *conflict = "var f = createfraction(); f.WholepartLocked = true; f.Forcesign = true;";
         row("design mode", {"--design", "-e", conflict + QStringLiteral("print(messages()); print(messages().length)")}, 0,
@@ -121,26 +119,21 @@ private Q_SLOTS:
         row("missing argument", "f.fracsize(100)", "TypeError 449");
         row("too many arguments", "f.getsign(1)", "TypeError 450");
         row("null control", "f.addtwofractions(f, null)", "Error 91");
-        row("undefined control", "f.subtractfractions(undefined, f)", "TypeError 13");
         row("null collection", "f.addfractions(null)", "Error 91");
         row("number as a collection", "f.multiplyfractions(5)", "TypeError 13");
         row("collection holding a number", "f.addfractions([f, 3])", "Error 13");
         row("collection claiming a huge Count", "f.addfractions({Count: 1e9})", "Error 91");
         row("Count of -1", "f.addfractions({Count: -1})", "TypeError 13");
         row("Count of 0", "f.addfractions({Count: 0})", "Error 9");
-        row("Count of 2.5", "f.addfractions({Count: 2.5})", "TypeError 13");
         row("Count that throws", "f.addfractions({get Count() { throw new Error('no'); }})", "TypeError 13");
         row("item that throws", "f.addfractions({Count: 2, Item(i) { throw 'no'; }})", "TypeError 13");
         // Read once, as an automation client reads it: one item, the control itself.
         row("Count growing while read", "var n = 0; note = ' ' + f.addfractions({get Count() { return ++n; }, Item(i) { return f; }})", "none ,5,3");
         row("misspelt property", "f.numeratorvalue = '3'", "TypeError 438");
-        row("assigning a method", "f.reduce = 1", "TypeError 438");
         row("property defined on a control", "Object.defineProperty(f, 'Numeratorvalue', {value: '3'})", "TypeError 438");
         row("read-only property", "f.Numerdenomgcd = 3", "Error 450");
         row("rejected whole part", "f.Wholepartvalue = '1/2'", "Error 380");
         row("symbol assigned", "f.Numeratorvalue = Symbol()", "TypeError 13");
-        row("symbol by dispatch id", "dispinvoke(f, 0x6803001b, 'let', Symbol())", "TypeError 13");
-        row("symbol in a bag", "createpropertybag().WriteProperty('x', Symbol(), 1)", "TypeError 13");
         row("symbol in a record", "f.loadfraction(['1', Symbol(), '2'])", "TypeError 13");
         row("short record", "f.loadfraction(['1'])", "Error 9");
         row("record that is no array", "f.loadfraction('1 2 3')", "TypeError 13");
@@ -151,7 +144,6 @@ private Q_SLOTS:
         row("dispinvoke on nothing", "dispinvoke(null, -501, 'get')", "Error 91");
         row("record of the wrong size", "modfracglobal.strreduce(['1', '2'])", "TypeError 13");
         row("engine text that is no number", "modfracglobal.texttolong('x')", "Error 13");
-        row("picture of nothing", "savepicture(null, 'x.png')", "Error 91");
         row("bag that is no bag", "createfraction({})", "TypeError 13");
         row("handlers assigning twice",
             "var calls = 1; f.fractionvaluechanged.connect(function () { ++calls; f.Numeratorvalue = '2'; f.Numeratorvalue = '3'; });"
