@@ -37,10 +37,7 @@ inline const std::string overflow = "Overflow", divbyzero = "Division by zero", 
                          subscript = "Subscript out of range", badcall = "Invalid procedure call or argument",
                          outofstack = "Out of stack space";
 
-inline FractionResult rec(std::string w, std::string n, std::string d)
-{
-    return FractionText{std::move(w), std::move(n), std::move(d)};
-}
+inline FractionResult rec(std::string w, std::string n, std::string d) { return FractionText{std::move(w), std::move(n), std::move(d)}; }
 inline const FractionResult unallocated;
 
 /*! A routine run on the caller's rows; routines of one record read row 0. */
@@ -59,14 +56,9 @@ struct call
     std::string decimal = ".";
 };
 
-inline void PrintTo(const call &c, std::ostream *os)
-{
-    *os << c.name;
-}
+inline void PrintTo(const call &c, std::ostream *os) { *os << c.name; }
 
-class routinetest : public ::testing::TestWithParam<call>
-{
-};
+class routinetest : public ::testing::TestWithParam<call> {};
 
 /*! A GoogleTest parameter name made of the case's description. */
 inline std::string casename(const ::testing::TestParamInfo<call> &info)

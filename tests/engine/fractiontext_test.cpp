@@ -19,10 +19,7 @@ routine parse(std::string text)
     };
 }
 
-routine approximate(std::int32_t limit)
-{
-    return onrow(strapproximate, limit);
-}
+const auto approximate = [](std::int32_t limit) { return onrow(strapproximate, limit); };
 
 INSTANTIATE_TEST_SUITE_P(
     parse, routinetest,

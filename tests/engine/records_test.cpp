@@ -21,14 +21,8 @@ namespace {
 
 const routine reduce = onrow(strreduce), tomixed = onrow(strfractomixed), tofrac = onrow(strmixedtofrac),
               invert = onrow(strinvert), fromdecimal = onrow(strdecimaltofrac);
-routine expand(std::int32_t factor)
-{
-    return onrow(strexpand, factor);
-}
-routine todecimal(std::int32_t decimals)
-{
-    return onrow(strfractodecimal, decimals);
-}
+const auto expand = [](std::int32_t factor) { return onrow(strexpand, factor); };
+const auto todecimal = [](std::int32_t decimals) { return onrow(strfractodecimal, decimals); };
 
 INSTANTIATE_TEST_SUITE_P(
     normalforms, routinetest,

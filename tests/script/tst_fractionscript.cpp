@@ -14,12 +14,6 @@
 
 using namespace kelfractionint;
 
-namespace {
-
-struct outcome { int code; QString out, err; };
-
-} // namespace
-
 class tst_fractionscript : public QObject
 {
     Q_OBJECT
@@ -90,13 +84,21 @@ private Q_SLOTS:
         QFETCH(int, code);
         QFETCH(QString, out);
         QFETCH(QString, err);
-        const outcome run = program(args);
-        QCOMPARE(run.code, code);
-        QCOMPARE(run.out, out);
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), m_runtime.path());
+        process.setProcessEnvironment(environment);
+        process.setWorkingDirectory(m_runtime.path());
+        process.start(QStringLiteral(KEL_SCRIPT_PROGRAM), args);
+        QVERIFY(process.waitForFinished(60000));
+        const QString error = QString::fromUtf8(process.readAllStandardError());
+        QCOMPARE(process.exitCode(), code);
+        QCOMPARE(QString::fromUtf8(process.readAllStandardOutput()), out);
         if (err.endsWith(QLatin1Char('\n')) || err.isEmpty())
-            QCOMPARE(run.err, err);
+            QCOMPARE(error, err);
         else
-            QVERIFY2(run.err.contains(err), qPrintable(run.err));
+            QVERIFY2(error.contains(err), qPrintable(error));
     }
 
     // Scripts run against a control holding 1 2/3. Bad input ends in a numbered error the script
@@ -185,14 +187,15 @@ private Q_SLOTS:
     void controlssurvivegarbagecollection()
     {
         scripthost host;
+        const auto collect = [&host] {
+            host.engine().collectGarbage();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            return host.controls().size();
+        };
         QVERIFY(!host.evaluate(QStringLiteral("(function () { for (var i = 0; i < 20; ++i) createfraction(); })()")).isError());
-        host.engine().collectGarbage();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QCOMPARE(host.controls().size(), 20);
+        QCOMPARE(collect(), 20);
         QVERIFY(!host.evaluate(QStringLiteral("createfraction().addtwofractions(createfraction(), createfraction())")).isError());
-        host.engine().collectGarbage();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QCOMPARE(host.controls().size(), 23);
+        QCOMPARE(collect(), 23);
     }
 
     void picturefile()
@@ -209,21 +212,6 @@ private Q_SLOTS:
     }
 
 private:
-    outcome program(const QStringList &args)
-    {
-        QProcess process;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-        environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), m_runtime.path());
-        process.setProcessEnvironment(environment);
-        process.setWorkingDirectory(m_runtime.path());
-        process.start(QStringLiteral(KEL_SCRIPT_PROGRAM), args);
-        if (!process.waitForFinished(60000))
-            return {-1, {}, QStringLiteral("timed out")};
-        return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-                QString::fromUtf8(process.readAllStandardError())};
-    }
-
     QTemporaryDir m_runtime;
 };
 
