@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <limits>
 #include <optional>
+#include <tuple>
 
 namespace enginetest {
 namespace {
@@ -84,14 +85,14 @@ TEST(hostnumbers, roundingedges)
 TEST(hostnumbers, separatorsettingsarecleanedup)
 {
     pinnedlocale restore(".");
-    setnumberlocale(numberlocale{"", "'"});
-    EXPECT_EQ(texttolong("1'000.5"), 1000);
-    setnumberlocale(numberlocale{",", ","});
-    EXPECT_EQ(currentnumberlocale().grouping, "");
-    EXPECT_EQ(texttolong("2,5"), 2);
-    // A separator of several bytes, as some locales group with a no-break space.
-    setnumberlocale(numberlocale{",", "\xc2\xa0"});
-    EXPECT_EQ(texttolong("1\xc2\xa0" "234,5"), 1234);
+    // An empty decimal falls back to "."; a grouping mark equal to the decimal is dropped; a mark of
+    // several bytes, as some locales group with a no-break space.
+    const std::tuple<numberlocale, const char *, std::int32_t> rows[] = {
+        {{"", "'"}, "1'000.5", 1000}, {{",", ","}, "2,5", 2}, {{",", "\xc2\xa0"}, "1\xc2\xa0" "234,5", 1234}};
+    for (const auto &[locale, text, value] : rows) {
+        setnumberlocale(locale);
+        EXPECT_EQ(texttolong(text), value) << text;
+    }
 }
 
 TEST(hostnumbers, systemlocaleisreadwithoutchangingtheprocess)
