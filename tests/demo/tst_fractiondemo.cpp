@@ -378,10 +378,9 @@ private Q_SLOTS:
         QTest::addColumn<QString>("keys");
         QTest::addColumn<int>("end");
         QTest::addColumn<QString>("value");
-        QTest::addColumn<int>("row");
-        QTest::newRow("Enter commits") << "3 1/8" << int(Qt::Key_Return) << "3 1/8" << 0;
-        QTest::newRow("Escape cancels") << "3 1/8" << int(Qt::Key_Escape) << "" << 0;
-        QTest::newRow("Tab commits and moves on") << "5" << int(Qt::Key_Tab) << "5 2/4" << 0;
+        QTest::newRow("Enter commits") << "3 1/8" << int(Qt::Key_Return) << "3 1/8";
+        QTest::newRow("Escape cancels") << "3 1/8" << int(Qt::Key_Escape) << "";
+        QTest::newRow("Tab commits and moves on") << "5" << int(Qt::Key_Tab) << "5 2/4";
     }
 
     void editing()
@@ -389,14 +388,13 @@ private Q_SLOTS:
         QFETCH(QString, keys);
         QFETCH(int, end);
         QFETCH(QString, value);
-        QFETCH(int, row);
         kelfractionint::measurementspage page(20);
         page.resize(500, 400);
         page.show();
         page.activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(&page));
         QTableView *table = page.table();
-        const QModelIndex cell = page.model()->index(row, 0);
+        const QModelIndex cell = page.model()->index(0, 0);
         const QString before = cell.data(Qt::DisplayRole).toString();
         table->setCurrentIndex(cell);
         table->setFocus();
@@ -412,7 +410,7 @@ private Q_SLOTS:
         QTRY_VERIFY(!table->findChild<fractioni *>() || !table->findChild<fractioni *>()->isVisible());
         QCOMPARE(cell.data(Qt::DisplayRole).toString(), value.isEmpty() ? before : value);
         if (end == Qt::Key_Tab)
-            QCOMPARE(table->currentIndex(), page.model()->index(row, 1));
+            QCOMPARE(table->currentIndex(), page.model()->index(0, 1));
         if (!value.isEmpty())
             QVERIFY(page.findChild<QLabel *>(QStringLiteral("total"))->text().startsWith(QLatin1String("Total: ")));
     }
