@@ -50,7 +50,7 @@ check(a.Numeratorbackcolor === 0xF0FFF0, "Numeratorbackcolor");
 a.Denominatorbackcolor = 0xFFF0F0;
 check(a.Denominatorbackcolor === 0xFFF0F0, "Denominatorbackcolor");
 a.Font = {Name: a.Font.Name, Size: 14, Bold: true};
-check(a.Font.Bold === true, "Font");
+check(a.Font.Bold === true && a.Font.Size === 14, "Font");
 a.Fracpartvisible = true;
 check(a.Fracpartvisible === true, "Fracpartvisible");
 a.Refreshfraction();
