@@ -9,7 +9,6 @@
 
 #include <QTest>
 
-#include <climits>
 #include <functional>
 #include <map>
 #include <memory>
@@ -48,12 +47,10 @@ class foreignoperand : public QObject
     QString m_whole = QStringLiteral("2"), m_numer = QStringLiteral("1"), m_denom = QStringLiteral("2");
 };
 
-// A control showing \a record (none for an empty one), placed in algebraic mode so that texts
-// typing would refuse (a lone "%", "5%3") can be set up too; a "+" whole part sets Forcesign.
+// A control showing \a record, placed in algebraic mode so that texts typing would refuse (a lone
+// "%", "5%3") can be set up too; a "+" whole part sets Forcesign.
 std::unique_ptr<fractioni> fraction(QStringList record, bool autoreplace = false)
 {
-    if (record.isEmpty())
-        return {};
     auto control = std::make_unique<fractioni>();
     control->setFracType(fractioni::fracAlgebraic);
     control->setForcesign(record.at(0).startsWith(QLatin1Char('+')));
@@ -130,33 +127,20 @@ private Q_SLOTS:
             QTest::newRow(name) << conversion{decimal, before, method, argument, result, error, message, loads};
         };
         const rows noload{QStringList()}; // Autoreplace set, nothing loaded
-        row("6/8 reduces to 3/4", {"", "6", "8"}, "reduce", 0, {"", "3", "4"});
-        row("-7/3 to mixed", {"-", "7", "3"}, "fractomixed", 0, {"-2", "1", "3"});
         row("expand by 0 changes nothing", {"", "1", "2"}, "expand", 0, {"", "1", "2"});
-        row("2 1/2 to improper", {"2", "1", "2"}, "mixedtofrac", 0, {"", "5", "2"});
-        row("-3/4 inverted", {"-", "3", "4"}, "invert", 0, {"-", "4", "3"});
         row("1/3 with a comma", {"", "1", "3"}, "fractodecimal", 3, {"0,333", "", ""}, 0, "", {}, ",");
-        row("absurd count of decimals", {"", "1", "3"}, "fractodecimal", INT_MAX, {"0.333333333333333", "", ""});
         row("0,125 with a comma", {"0,125", "", ""}, "decimaltofrac", 0, {"", "125", "1000"}, 0, "", {}, ",");
         row("2/3 as percent with a comma", {"", "2", "3"}, "fractopercent", 4, {"66,67%", "", ""}, 0, "", {}, ",");
         row("-150% to a fraction", {"-150%", "", ""}, "percenttofrac", 0, {"-1", "5", "10"});
-        row("no percent sign, no result", {"12", "1", "2"}, "percenttofrac", 0, {});
         // A failure the engine reports returns nothing; an unallocated result cannot be loaded (9).
-        row("0/0 cannot reduce", {"", "0", "0"}, "reduce", 0, {}, 0, "Division by zero");
         row("0/0 cannot reduce in place", {"", "0", "0"}, "reduce", 0, {}, 9, "Division by zero", noload);
-        row("expand beyond 32 bits in place", {"", "3", "4"}, "expand", INT_MAX, {}, 9, "Overflow", noload);
         row("negative count of decimals", {"", "1", "3"}, "fractodecimal", -1, {}, 0, "Invalid procedure call or argument");
-        row("percent of a negative count", {"", "1", "3"}, "fractopercent", -1, {}, 9, "Invalid procedure call or argument");
         row("empty value as percent", {"", "", ""}, "fractopercent", 2, {}, 13);
         row("lone percent sign", {"%", "", ""}, "percenttofrac", 0, {}, 13, "", noload);
         // A load assigns whole part, numerator and denominator in turn, one event each.
         row("6/8 reduced in place", {"", "6", "8"}, "reduce", 0, {"", "3", "4"}, 0, "",
             {{"+", "", "6", "8", "+", "", "6", "8"}, {"+", "", "6", "8", "+", "", "3", "8"},
              {"+", "", "3", "8", "+", "", "3", "4"}});
-        // The empty numerator first sets the denominator to 1, in an event of its own.
-        row("1/4 as percent in place", {"", "1", "4"}, "fractopercent", 2, {"25%", "", ""}, 0, "",
-            {{"+", "", "1", "4", "+", "25%", "1", "4"}, {"+", "25%", "1", "4", "+", "25%", "1", "1"},
-             {"+", "25%", "1", "1", "+", "25%", "", "1"}, {"+", "25%", "", "1", "+", "25%", "", ""}});
         row("50% back to a fraction in place", {"50%", "", ""}, "percenttofrac", 0, {"", "5", "10"}, 0, "",
             {{"+", "50%", "", "", "0", "", "", ""}, {"0", "", "", "", "0", "", "5", ""},
              {"+", "", "5", "", "+", "", "5", "10"}});
@@ -199,7 +183,7 @@ private Q_SLOTS:
         QTest::addColumn<int>("kind");
         QTest::addColumn<int>("error");
         const std::pair<const char *, int> cases[]{
-            {"list of controls", 0}, {"array of objects", 0}, {"list of objects", 0},
+            {"list of controls", 0}, {"array of objects", 0},
             {"object with Count and Item", 0}, {"map with Count", 0}, {"nothing", 91}, {"a list holding a number", 13},
             {"a list holding no control", 91}, {"an empty list", 9}, {"a single control", 13},
             {"an object without items", 13}, {"a text", 13}, {"a percent item without a result", 9},
@@ -224,7 +208,6 @@ private Q_SLOTS:
         const QList<QVariant> forms{
             QVariant::fromValue(QList<fractioni *>{a.get(), b.get(), c.get()}),
             QVariantList{object(a.get()), object(b.get()), object(c.get())},
-            QVariant::fromValue(QObjectList{a.get(), b.get(), c.get()}),
             object(&collection),
             QVariantMap{{"Count", 3}, {"0", object(a.get())}, {"1", object(b.get())}, {"2", object(c.get())}},
             QVariant(), QVariantList{one, 5}, QVariantList{one, object(nullptr)}, QVariantList{}, one,
@@ -280,9 +263,7 @@ private Q_SLOTS:
         // None of the methods returning a record loads it anywhere, whatever Autoreplace says.
         row("5 - +2", "subtractfractions", {"5", "", ""}, {"+2", "", ""}, {"", "3", "1"});
         row("5 - -1/2", "subtractfractions", {"5", "", ""}, {"-", "1", "2"}, {"", "11", "2"});
-        row("-1/2 + 2/3", "addtwofractions", {"-", "1", "2"}, {"", "2", "3"}, {"", "1", "6"});
         row("-1/2 * 2/3", "multiplytwofractions", {"-", "1", "2"}, {"", "2", "3"}, {"-", "2", "6"});
-        row("nothing minus 2/3", "subtractfractions", {}, {"", "2", "3"}, {}, {}, true, 91);
         // The divisor shows its converted value afterwards, whatever its Autoreplace says; the
         // dividend is converted for the computation only.
         row("-1 1/2 : 2", "dividefractions", {"-1", "1", "2"}, {"2", "", ""}, {"-", "3", "4"}, {}, false);
@@ -294,8 +275,6 @@ private Q_SLOTS:
             {}, false);
         row("by an empty divisor", "dividefractions", {"", "1", "2"}, {"", "", ""}, {}, {}, false, 11);
         // The ...intofraction methods load the result into their first operand.
-        row("1 1/2 + 1/3 into the first", "addintofraction", {"1", "1", "2"}, {"", "1", "3"}, {"", "11", "6"});
-        row("11/6 - 1/3 into the first", "subtractintofraction", {"", "11", "6"}, {"", "1", "3"}, {"", "9", "6"});
         row("9/6 * 1/3 into the first", "multiplyintofraction", {"", "9", "6"}, {"", "1", "3"}, {"", "9", "18"});
         row("9/18 : 1/3 into the first", "divideintofraction", {"", "9", "18"}, {"", "1", "3"}, {"", "27", "18"});
         row("into the first by an empty divisor", "divideintofraction", {"", "1", "2"}, {"", "", ""}, {"", "1", "2"},
@@ -314,27 +293,21 @@ private Q_SLOTS:
         fractioni host;
         const std::map<QString, std::function<QStringList()>> methods{
             {"subtractfractions", [&] { return host.subtractfractions(a.get(), b.get()); }},
-            {"addtwofractions", [&] { return host.addtwofractions(a.get(), b.get()); }},
             {"multiplytwofractions", [&] { return host.multiplytwofractions(a.get(), b.get()); }},
             {"dividefractions", [&] { return host.dividefractions(a.get(), b.get()); }},
-            {"addintofraction", [&] { return value(*host.addintofraction(a.get(), b.get())); }},
-            {"subtractintofraction", [&] { return value(*host.subtractintofraction(a.get(), b.get())); }},
             {"multiplyintofraction", [&] { return value(*host.multiplyintofraction(a.get(), b.get())); }},
             {"divideintofraction", [&] { return value(*host.divideintofraction(a.get(), b.get())); }},
         };
         const bool into = t.name.endsWith(QLatin1String("intofraction"));
-        std::unique_ptr<QSignalSpy> spy(a ? new QSignalSpy(a.get(), &fractioni::fractionvaluechanged) : nullptr);
+        QSignalSpy spy(a.get(), &fractioni::fractionvaluechanged);
         QStringList result;
         QCOMPARE(errornumber([&] { result = methods.at(t.name)(); }), t.error);
         if (!into)
             QCOMPARE(result, t.result);
         QCOMPARE(m_messages, t.message.isEmpty() ? QStringList() : QStringList{t.message});
-        if (a) {
-            QCOMPARE(value(*a), into ? t.result : t.a);
-            QCOMPARE(spy->count(), value(*a) == t.a ? 0 : 3);
-        }
-        if (b)
-            QCOMPARE(value(*b), t.bafter.isEmpty() ? t.b : t.bafter);
+        QCOMPARE(value(*a), into ? t.result : t.a);
+        QCOMPARE(spy.count(), value(*a) == t.a ? 0 : 3);
+        QCOMPARE(value(*b), t.bafter.isEmpty() ? t.b : t.bafter);
     }
 };
 
