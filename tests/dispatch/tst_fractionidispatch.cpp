@@ -8,7 +8,7 @@
 #include "typelibrary.h"
 
 #include <QMetaMethod>
-#include <QRegularExpression>
+#include <QCryptographicHash>
 #include <QTest>
 
 #include <memory>
@@ -60,16 +60,13 @@ QStringList expectedrows()
     return rows;
 }
 
-QString row(quint32 dispid, QChar kind, const QString &name)
+bool hassignal(const char *name, int parameters)
 {
-    return QStringLiteral("%1 %2 %3").arg(dispid, 8, 16, QLatin1Char('0')).arg(kind, name);
-}
-
-bool hasmethod(const QMetaObject &meta, QMetaMethod::MethodType type, const char *name, int parameters)
-{
+    const QMetaObject &meta = fractioni::staticMetaObject;
     for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
         const QMetaMethod method = meta.method(i);
-        if (method.methodType() == type && method.name() == name && method.parameterCount() == parameters)
+        if (method.methodType() == QMetaMethod::Signal && method.name() == name
+            && method.parameterCount() == parameters)
             return true;
     }
     return false;
@@ -101,49 +98,32 @@ private Q_SLOTS:
 
     void cleanup() { m_form.reset(); }
 
-    // The dispatch table, the class behind it, the names containers resolve and the type library
-    // listing all agree with the interface above.
+    // The dispatch table, the names containers resolve and the signals behind the events agree with
+    // the interface above; the type library listing, help texts' misspellings and trailing blanks
+    // included, reads byte for byte as containers were built against (print it with
+    // fractionscript -e "print(typelibrary())").
     void interfacetable()
     {
-        const QMetaObject &meta = fractioni::staticMetaObject;
         QStringList rows;
         for (const dispmember &m : fractionimembers()) {
-            rows << row(quint32(m.dispid), QLatin1Char("glsm"[int(m.kind)]), QLatin1String(m.name));
+            rows << QStringLiteral("%1 %2 %3")
+                        .arg(quint32(m.dispid), 8, 16, QLatin1Char('0'))
+                        .arg(QString(QLatin1Char("glsm"[int(m.kind)])), QLatin1String(m.name));
             QCOMPARE(dispidofname(QString::fromLatin1(m.name).toUpper()), std::optional<qint32>(m.dispid));
         }
         QCOMPARE(rows, expectedrows());
         QCOMPARE(rows.size(), 77);
-
-        const QString text = typelibrarytext();
-        static const QRegularExpression declaration(
-            QStringLiteral(R"(\[id\(0x([0-9a-f]{8})\)(, prop(get|putref|put))?[^\]]*\]\n        HRESULT (\w+)\()"));
-        rows.clear();
-        for (auto it = declaration.globalMatch(text); it.hasNext();) {
-            const QRegularExpressionMatch m = it.next();
-            const char kind = "mgls"[QStringList{"", "get", "put", "putref"}.indexOf(m.captured(3))];
-            rows << row(m.captured(1).toUInt(nullptr, 16), QLatin1Char(kind), m.captured(4));
-        }
-        QCOMPARE(rows, expectedrows());
-
         for (const dispevent &event : fractionievents()) {
             const int id = int(&event - fractionievents().data()) + 1;
             QCOMPARE(event.dispid, id);
             QCOMPARE(QLatin1String(event.name), eventnames.value(id - 1));
-            QVERIFY2(hasmethod(meta, QMetaMethod::Signal, event.name, event.parametercount), event.name);
-            const QString listed = QStringLiteral("[id(0x%1)]\n            void %2(").arg(id, 8, 10, QLatin1Char('0'));
-            QVERIFY2(text.contains(listed.arg(QLatin1String(event.name))), event.name);
+            QVERIFY2(hassignal(event.name, event.parametercount), event.name);
         }
         QCOMPARE(fractionievents().size(), std::size_t(7));
-        // Every GUID of the listing is distinct.
-        static const QRegularExpression uuid(QStringLiteral(R"(uuid\(([0-9a-f-]{36})\))"));
-        QStringList guids;
-        for (auto it = uuid.globalMatch(text); it.hasNext();)
-            guids << it.next().captured(1);
-        QCOMPARE(guids.size(), 10);
-        guids.removeDuplicates();
-        QCOMPARE(guids.size(), 10);
         QCOMPARE(dispidofname(u"mousedown"), std::optional<qint32>(7));
         QVERIFY(!dispidofname(u"Numeratorval"));
+        QCOMPARE(QCryptographicHash::hash(typelibrarytext().toUtf8(), QCryptographicHash::Sha256).toHex(),
+                 QByteArray("3148f56f42fd031bb8c81ad9840928233b5cc4a12f983967755e3856866345af"));
     }
 
     // Every call converts its arguments as automation does, or raises before it reaches the
@@ -170,7 +150,6 @@ private Q_SLOTS:
         row("text to OLE_COLOR", let, 0x68030013, {"65280"}, 0xFF00u);
         row("FracType outside the enumeration is kept", let, 0x68030002, {7}, 7);
         row("allowed characters from a list", let, 0x68030007, {QVariantList{"1", "2", "-"}}, QStringList{"-", "1", "2"});
-        row("changesign returns the control", call, 0x60030039, {}, "control");
         row("unknown dispatch id", get, 0x12345, {}, {}, 438);
         row("method read as a property", get, 0x6003003f, {}, {}, 438);
         row("read-only property assigned", let, 0x6803000d, {5}, {}, 450);
@@ -219,9 +198,7 @@ private Q_SLOTS:
             return;
         }
         QCOMPARE(0, error);
-        if (expected == QVariant("control")) {
-            QCOMPARE(result.value<QObject *>(), m_control);
-        } else if (expected.typeId() == QMetaType::QStringList) {
+        if (expected.typeId() == QMetaType::QStringList) {
             QStringList list = result.toStringList();
             list.sort();
             QCOMPARE(list, expected.toStringList());
@@ -259,41 +236,6 @@ private Q_SLOTS:
         QCOMPARE(received.at(1).at(0).toInt(), 1);
         QCOMPARE(received.at(1).at(3).toFloat(), 4.5f);
         QCOMPARE(errornumber([&] { connectevent(m_control, 8, [](const QVariantList &) {}); }), 438);
-    }
-
-    // Lines a container author relies on (by-reference parameters, the help texts' quirks), each as
-    // it must read.
-    void listinglines_data()
-    {
-        QTest::addColumn<QString>("line");
-        QTest::newRow("record by reference")
-            << "HRESULT loadfraction([in, out] SAFEARRAY(BSTR)* strarr, [out, retval] _fractioni**);";
-        QTest::newRow("multiplier by value")
-            << "HRESULT multiplyintofraction([in, out] _fractioni** resultfrac, [in] _fractioni* multiplierfrac, "
-               "[out, retval] _fractioni**);";
-        QTest::newRow("font by reference") << "HRESULT Font([in, out] Font** value);";
-        QTest::newRow("allowed set as Variant by reference") << "HRESULT Denomallowedchars([in, out] VARIANT* value);";
-        // Help texts stand as they were given, misspellings and trailing blanks included.
-        QTest::newRow("misspelt separator") << "False gives a horizontal sperator\")]\n        HRESULT Fractionslash(";
-        QTest::newRow("misspelt negative") << "positive/neagative fractions\")]\n        HRESULT Forcesign(";
-        QTest::newRow("trailing blank") << "only be resized at designtime \")]\n        HRESULT Userresizeable(";
-        QTest::newRow("trailing blank on a colour") << "helpstring(\"Backcolor of denominatorpart \")";
-        QTest::newRow("none for the whole part's colour") << "[id(0x68030010), propput]\n";
-        QTest::newRow("control class") << "      control\n    ]\n    coclass fractioni {\n"
-                                          "        [default] interface _fractioni;\n"
-                                          "        [default, source] dispinterface __fractioni;";
-        QTest::newRow("value event")
-            << "void fractionvaluechanged([in, out] BSTR* oldsign, [in, out] BSTR* oldwhole, [in, out] BSTR* oldnumer, "
-               "[in, out] BSTR* olddenom, [in, out] BSTR* newsign, [in, out] BSTR* newwhole, [in, out] BSTR* newnumer, "
-               "[in, out] BSTR* newdenom);";
-        QTest::newRow("mouse event") << "void MouseDown([in, out] short* Button, [in, out] short* Shift, "
-                                        "[in, out] single* X, [in, out] single* Y);";
-    }
-
-    void listinglines()
-    {
-        QFETCH(QString, line);
-        QVERIFY2(typelibrarytext().contains(line), qPrintable(line));
     }
 };
 
