@@ -72,12 +72,6 @@ struct form
     }
 };
 
-// Presses keys on whatever has the focus.
-void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
-{
-    QTest::keyClick(static_cast<QWidget *>(nullptr), key, modifiers);
-}
-
 const QStringList writerorder{
     "Wholepartvalue", "Numeratorvalue", "Denominatorvalue", "Width", "Height", "Fractionslash", "Backcolor",
     "Wholepartbackcolor", "Numeratorbackcolor", "Denominatorbackcolor", "Negforecolor", "Posforecolor",
@@ -229,15 +223,9 @@ private Q_SLOTS:
     {
         fractioni control;
         QSignalSpy spy(&control, &fractioni::fractionvaluechanged);
-        for (const QString &text : {QStringLiteral("abc"), QStringLiteral("5-"), QStringLiteral("%"), QString(100000, u'9') + u'x'})
+        for (const QString &text : {QStringLiteral("abc"), QStringLiteral("%"), QString(100000, u'9') + u'x'})
             QCOMPARE(testsupport::errornumber([&] { control.setWholepartvalue(text); }), 380);
-        try {
-            control.loadfraction(QStringList{"1", "2"});
-            QFAIL("no error raised");
-        } catch (const modfracglobal::automationerror &error) {
-            QCOMPARE(error.number(), 9);
-            QCOMPARE(QString::fromStdString(error.description()), QStringLiteral("Subscript out of range"));
-        }
+        QCOMPARE(testsupport::errornumber([&] { control.loadfraction(QStringList{"1", "2"}); }), 9);
         QCOMPARE(spy.count(), 0);
         QCOMPARE(testsupport::value(control), (QStringList{"4", "1", "7"}));
         QCOMPARE(field(control, QStringLiteral("wholepart"))->text(), QStringLiteral("4"));
@@ -312,53 +300,47 @@ private Q_SLOTS:
         }
     }
 
+    // A whole-part set assigned, what is stored of it, and whether \a probe is then allowed.
     void allowedsets_data()
     {
         QTest::addColumn<QVariant>("candidate");
         QTest::addColumn<QStringList>("stored");
-
-        QTest::newRow("a b a c is stored as c b a") << QVariant(chars("abac")) << chars("cba");
-        QTest::newRow("empty strings count as elements") << QVariant(QStringList{"", "x", ""}) << QStringList{"x", ""};
-        QTest::newRow("an element of two characters is ignored") << QVariant(QStringList{"a", "bc"}) << QStringList();
-        QTest::newRow("an array without elements is ignored") << QVariant(QStringList()) << QStringList();
-        QTest::newRow("Empty is ignored") << QVariant() << QStringList();
-        QTest::newRow("a plain string is no array") << QVariant(QStringLiteral("a")) << QStringList();
-        QTest::newRow("a list of variants from a script")
-            << QVariant(QVariantList{QStringLiteral("x"), QStringLiteral("y"), QStringLiteral("x")}) << chars("yx");
+        QTest::addColumn<QString>("probe");
+        QTest::addColumn<bool>("allowed");
+        const auto row = [](const char *name, const QVariant &candidate, const QStringList &stored, const QString &probe,
+                            bool allowed) { QTest::newRow(name) << candidate << stored << probe << allowed; };
+        row("a b a c is stored as c b a; case counts", chars("abac"), chars("cba"), "A", false);
+        row("empty strings count as elements", QStringList{"", "x", ""}, {"x", ""}, "", true);
+        row("an element of two characters is ignored", QStringList{"a", "bc"}, {}, "x", true);
+        row("an array without elements is ignored", QStringList(), {}, "\u00e9", false);
+        row("Empty is ignored", QVariant(), {}, " ", true);
+        row("a plain string is no array", QStringLiteral("a"), {}, "b", true);
+        row("a list of variants from a script", QVariantList{QStringLiteral("x"), QStringLiteral("y"), QStringLiteral("x")},
+            chars("yx"), "z", false);
+        row("two characters are never one", chars("12"), chars("21"), "12", false);
     }
 
     void allowedsets()
     {
         QFETCH(QVariant, candidate);
         QFETCH(QStringList, stored);
+        QFETCH(QString, probe);
+        QFETCH(bool, allowed);
 
         fractioni control;
-        const QStringList defaults = control.Denomallowedchars().toStringList();
+        const QStringList defaults = control.Wholeallowedchars().toStringList();
         QCOMPARE(defaults.size(), 97);
         QCOMPARE(defaults.first(), QStringLiteral(" "));
         QCOMPARE(defaults.at(95), QString(QChar(127)));
         QCOMPARE(defaults.last(), QString(QChar(8)));
 
         QSignalSpy changed(&control, &fractioni::propertychanged);
-        control.setDenomallowedchars(candidate);
-        QCOMPARE(control.Denomallowedchars().toStringList(), stored.isEmpty() ? defaults : stored);
+        control.setWholeallowedchars(candidate);
+        QCOMPARE(control.Wholeallowedchars().toStringList(), stored.isEmpty() ? defaults : stored);
         QCOMPARE(changed.count(), stored.isEmpty() ? 0 : 1);
+        QCOMPARE(control.wholecharallowed(probe), allowed);
         // Only the set assigned changes.
-        QCOMPARE(control.Numerallowedchars().toStringList(), defaults);
-    }
-
-    void wholecharallowed()
-    {
-        fractioni control;
-        QVERIFY(control.wholecharallowed(QStringLiteral("x")));
-        QVERIFY(!control.wholecharallowed(QStringLiteral("\u00e9")));
-        control.setWholeallowedchars(chars("12"));
-        QVERIFY(control.wholecharallowed(QStringLiteral("1")));
-        QVERIFY(!control.wholecharallowed(QStringLiteral("x")));
-        QVERIFY(!control.wholecharallowed(QStringLiteral("12")));
-        QVERIFY(!control.wholecharallowed(QString()));
-        control.setWholeallowedchars(chars("a"));
-        QVERIFY(!control.wholecharallowed(QStringLiteral("A")));
+        QCOMPARE(control.Denomallowedchars().toStringList(), defaults);
     }
 
     void validation_data()
@@ -373,10 +355,8 @@ private Q_SLOTS:
         QTest::newRow("whole part 7%") << 0 << false << 0 << "7%" << true;
         QTest::newRow("whole part lone percent") << 0 << false << 0 << "%" << false;
         QTest::newRow("whole part trailing minus") << 0 << false << 0 << "5-" << false;
-        QTest::newRow("whole part abc") << 0 << false << 0 << "abc" << false;
         QTest::newRow("whole 2.5 with point") << 0 << false << 0 << "2.5" << true;
         QTest::newRow("whole 2,5 with comma") << 0 << true << 0 << "2,5" << true;
-        QTest::newRow("numerator -3") << 0 << false << 1 << "-3" << false;
         QTest::newRow("numerator 0,75 with comma") << 0 << true << 1 << "0,75" << true;
         QTest::newRow("denominator x") << 0 << false << 2 << "x" << false;
         QTest::newRow("algebraic numerator x") << 1 << false << 1 << "x" << true;
@@ -407,51 +387,6 @@ private Q_SLOTS:
         QCOMPARE(testsupport::value(control) != before, accepted);
     }
 
-    // Typing with real focus: one event per key, the caret at the end afterwards, refused keys
-    // leave the value alone (a refused letter in run mode reaches the host as nothing at all), and
-    // a filtered whole part refuses Enter but keeps Backspace.
-    void typing()
-    {
-        form f;
-        QVERIFY(f.show());
-        QLineEdit *numerator = field(*f.control, QStringLiteral("numerator"));
-        numerator->setFocus();
-        QTRY_VERIFY(numerator->hasFocus());
-        QSignalSpy spy(f.control, &fractioni::fractionvaluechanged);
-        press(Qt::Key_End);
-        QTest::keyClicks(static_cast<QWidget *>(nullptr), QStringLiteral("52"));
-        QCOMPARE(testsupport::events(spy),
-                 evs("+ 4 1 7 > + 4 15 7; + 4 15 7 > + 4 152 7"));
-        press(Qt::Key_Home);
-        press(Qt::Key_3);
-        QCOMPARE(f.control->Numeratorvalue(), QStringLiteral("3152"));
-        QCOMPARE(numerator->cursorPosition(), 4);
-        QVERIFY(numerator->width() >= numerator->fontMetrics().horizontalAdvance(QStringLiteral("3152")));
-        spy.clear();
-        press(Qt::Key_Minus);
-        QCOMPARE(numerator->text(), QStringLiteral("3152"));
-        QCOMPARE(testsupport::events(spy), evs("+ 4 3152 7 > + 4 3152 7; + 4 3152 7 > + 4 3152 7"));
-
-        spy.clear();
-        QLineEdit *wholepart = field(*f.control, QStringLiteral("wholepart"));
-        wholepart->setFocus();
-        QTRY_VERIFY(wholepart->hasFocus());
-        press(Qt::Key_End);
-        press(Qt::Key_Q);
-        QCOMPARE(wholepart->text(), QStringLiteral("4"));
-        QCOMPARE(spy.count(), 0);
-        QVERIFY(m_messages.take().isEmpty());
-
-        f.control->setWholeallowedchars(chars("0123456789-\b"));
-        QSignalSpy returns(wholepart, &QLineEdit::returnPressed);
-        press(Qt::Key_Return);
-        QCOMPARE(returns.count(), 0);
-        press(Qt::Key_2);
-        QCOMPARE(f.control->Wholepartvalue(), QStringLiteral("42"));
-        press(Qt::Key_Backspace);
-        QCOMPARE(f.control->Wholepartvalue(), QStringLiteral("4"));
-    }
-
     void editingkeysinwholepart_data()
     {
         // Each step is a key, its modifiers and the text the window system sends with it (X11 sends
@@ -470,6 +405,8 @@ private Q_SLOTS:
                                        << "123";
         QTest::newRow("a letter stays refused") << QList{plain(Qt::Key_X)} << QStringList{"x"} << "123";
         QTest::newRow("Enter stays refused") << QList{plain(Qt::Key_Return)} << QStringList{"\r"} << "123";
+        QTest::newRow("Backspace is typed, and in the set")
+            << QList{plain(Qt::Key_End), plain(Qt::Key_Backspace)} << QStringList{"", "\b"} << "12";
     }
 
     void editingkeysinwholepart()
@@ -478,9 +415,10 @@ private Q_SLOTS:
         QFETCH(QStringList, texts);
         QFETCH(QString, expected);
         fractioni control;
-        control.setWholeallowedchars(chars("0123456789"));
+        control.setWholeallowedchars(chars("0123456789\b"));
         control.setWholepartvalue(QStringLiteral("123"));
         QLineEdit *wholepart = field(control, QStringLiteral("wholepart"));
+        QSignalSpy returns(wholepart, &QLineEdit::returnPressed);
         wholepart->setCursorPosition(0);
         QGuiApplication::clipboard()->clear();
         for (qsizetype i = 0; i < keys.size(); ++i) {
@@ -489,6 +427,7 @@ private Q_SLOTS:
         }
         QCOMPARE(wholepart->text(), expected);
         QCOMPARE(control.Wholepartvalue(), expected);
+        QCOMPARE(returns.count(), 0);
     }
 
     void navigation_data()
@@ -526,7 +465,7 @@ private Q_SLOTS:
         from->setFocus();
         QTRY_VERIFY(from->hasFocus());
         from->setCursorPosition(a.caret);
-        press(a.key);
+        QTest::keyClick(static_cast<QWidget *>(nullptr), a.key);
         QVERIFY(QApplication::focusWidget());
         QCOMPARE(QApplication::focusWidget()->objectName(), QLatin1String(a.focus));
         QCOMPARE(!field(*f.control, QStringLiteral("wholepart"))->isHidden(), a.wholevisible);
@@ -535,69 +474,69 @@ private Q_SLOTS:
                     && !field(*f.control, QStringLiteral("denominator"))->isHidden());
     }
 
-    // A new control takes the form's colour and font; an empty bag makes the backgrounds white and
-    // gives the default value; screen readers find the value and the fields by name.
+    // A new control takes the form's colour and font and stores only what differs from the
+    // defaults (the font, an object, always; the size where it is not 600 x 600 twips); screen
+    // readers find the value and the fields by name.
     void newcontrol()
     {
         QWidget form;
         formcoloured(form, QColor(0x33, 0x66, 0x99));
         form.setFont(QFont(QStringLiteral("Serif"), 10, QFont::Normal, true));
         fractioni control(&form);
-        for (const char *name : {"Backcolor", "Wholepartbackcolor", "Numeratorbackcolor", "Denominatorbackcolor"})
-            QCOMPARE(control.property(name).toUInt(), 0x996633u);
         QVERIFY(control.Font().italic());
         QCOMPARE(control.Font().family(), form.font().family());
-        QCOMPARE(control.FracType(), fractioni::fracnumeric);
-        QCOMPARE(control.Borderstyle(), fractioni::borderstylenone);
-        QCOMPARE(control.Posforecolor(), 0u);
-        QCOMPARE(testsupport::value(control), (QStringList{"4", "1", "7"}));
-        QCOMPARE(control.Negforecolor(), 255u);
-        QVERIFY(control.Fractionslash() && control.Fracpartvisible() && !control.Userresizeable());
         QVERIFY(control.findChild<QWidget *>(QStringLiteral("lblgrip"))->isHidden());
-        QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(&control);
-        QCOMPARE(accessible->text(QAccessible::Name), QStringLiteral("fraction"));
-        control.loadfraction(QStringList{"-2", "1", "4"});
-        QCOMPARE(accessible->text(QAccessible::Description), QStringLiteral("-2 1/4"));
-        QCOMPARE(field(control, QStringLiteral("wholepart"))->accessibleName(), QStringLiteral("whole part"));
-
-        memorypropertybag empty;
-        control.ReadProperties(empty);
-        QCOMPARE(testsupport::value(control), (QStringList{"4", "1", "7"}));
-        QCOMPARE(control.Denominatorbackcolor(), 0xFFFFFFu);
-        QVERIFY(m_messages.take().isEmpty());
-    }
-
-    void defaultsnotstored()
-    {
-        QWidget form;
-        fractioni control(formcoloured(form, Qt::white));
         control.fracsize(600, 600);
         memorypropertybag bag;
         control.WriteProperties(bag);
-        // Values equal to their defaults are left out; the font is an object and always stored, the
-        // size only where it differs from 600 x 600 twips.
         QStringList expected;
         if (std::lround(control.width() * kelfractionint::twipsperpixelx(&control)) != 600)
             expected << QStringLiteral("Width");
         if (std::lround(control.height() * kelfractionint::twipsperpixely(&control)) != 600)
             expected << QStringLiteral("Height");
+        for (const char *name : {"Backcolor", "Wholepartbackcolor", "Numeratorbackcolor", "Denominatorbackcolor"}) {
+            expected << QLatin1String(name);
+            QCOMPARE(bag.readproperty(expected.last()).toUInt(), 0x996633u);
+        }
         QCOMPARE(bag.keys(), expected << QStringLiteral("Font"));
+
+        QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(&control);
+        QCOMPARE(accessible->text(QAccessible::Name), QStringLiteral("fraction"));
+        control.loadfraction(QStringList{"-2", "1", "4"});
+        QCOMPARE(accessible->text(QAccessible::Description), QStringLiteral("-2 1/4"));
+        QCOMPARE(field(control, QStringLiteral("wholepart"))->accessibleName(), QStringLiteral("whole part"));
     }
 
     void roundtrip_data()
     {
         QTest::addColumn<bool>("settings");
-        QTest::newRow("memory") << false;
-        QTest::newRow("QSettings, read back as text") << true;
+        QTest::addColumn<QVariant>("font");
+        QFont nameless(QStringLiteral("x"));
+        nameless.setFamily(QString());
+        QTest::newRow("memory") << false << QVariant();
+        QTest::newRow("QSettings, read back as text") << true << QVariant();
+        QTest::newRow("a font without a family") << true << QVariant(nameless);
+        QTest::newRow("a font restored from a damaged text") << true << QVariant(QStringLiteral(",12,-1,5,50,0,0,0,0,0"));
     }
 
     // Everything but Fracpartvisible (still at its default) is stored, in the writer's order where
-    // the bag keeps one, and comes back; the value through the setters, whole part first.
+    // the bag keeps one, and comes back; the value through the setters, whole part first. A font
+    // without a family gets one, so that it can be saved.
     void roundtrip()
     {
         QFETCH(bool, settings);
+        QFETCH(QVariant, font);
         fractioni original;
         changeeverything(original);
+        if (font.typeId() == QMetaType::QFont) {
+            original.setFont(font.value<QFont>());
+        } else if (font.isValid()) {
+            memorypropertybag source;
+            original.WriteProperties(source);
+            source.setraw(QStringLiteral("Font"), font);
+            original.ReadProperties(source);
+        }
+        QVERIFY(!original.Font().family().isEmpty());
         QTemporaryDir dir;
         const QString path = dir.filePath(QStringLiteral("form.ini"));
         memorypropertybag memory;
@@ -629,126 +568,69 @@ private Q_SLOTS:
         QVERIFY(m_messages.take().isEmpty());
     }
 
+    // A control restored from a bag starts from the empty value and takes what the bag holds; a
+    // broken key leaves its property as it was and the keys after it are restored all the same.
+    // "value" is the value in evs() notation.
     void restoredcontrol_data()
     {
         QTest::addColumn<QVariantMap>("keys");
-        QTest::addColumn<QStringList>("value");
-        QTest::addColumn<quint32>("backcolor");
-        const QString e;
-        QTest::newRow("a type outside the list refuses the saved value")
-            << QVariantMap{{"FracType", 7}, {"Wholepartvalue", "5"}} << QStringList{e, e, e} << 0xFFFFFFu;
-        QTest::newRow("algebraic parts outside the sets are refused")
-            << QVariantMap{{"FracType", 1}, {"Wholepartvalue", "\u00e9"}, {"Numeratorvalue", "\u00e9"},
-                           {"Denominatorvalue", "\u00e9"}}
-            << QStringList{e, e, e} << 0xFFFFFFu;
-        QTest::newRow("no colour keys give white on a grey form") << QVariantMap{} << QStringList{"4", "1", "7"} << 0xFFFFFFu;
-        QTest::newRow("saved colour") << QVariantMap{{"Backcolor", 0x00FF00}} << QStringList{"4", "1", "7"} << 0x00FF00u;
-        QTest::newRow("a number in a text key reads with the decimal comma")
-            << QVariantMap{{"Wholepartvalue", 2.5}, {"Numeratorvalue", 3}} << QStringList{"2,5", "3", "7"} << 0xFFFFFFu;
+        QTest::addColumn<QString>("property");
+        QTest::addColumn<QVariant>("expected");
+        const auto row = [](const char *name, const QVariantMap &keys, const char *property, const QVariant &expected) {
+            QTest::newRow(name) << keys << property << expected;
+        };
+        const QString e = QStringLiteral("\u00e9");
+        row("a type outside the list refuses the saved value", {{"FracType", 7}, {"Wholepartvalue", "5"}}, "value", "_ _ _");
+        row("algebraic parts outside the sets are refused",
+            {{"FracType", 1}, {"Wholepartvalue", e}, {"Numeratorvalue", e}, {"Denominatorvalue", e}}, "value", "_ _ _");
+        row("an empty bag gives the default value", {}, "value", "4 1 7");
+        row("no colour keys give white on a grey form", {}, "Denominatorbackcolor", 0xFFFFFFu);
+        row("saved colour", {{"Backcolor", 0x00FF00}}, "Backcolor", 0x00FF00u);
+        row("a number in a text key reads with the decimal comma", {{"Wholepartvalue", 2.5}, {"Numeratorvalue", 3}},
+            "value", "2,5 3 7");
+        row("FracType as text", {{"FracType", "algebraic"}}, "FracType", 0);
+        row("FracType beyond 32 bits", {{"FracType", 1e12}}, "FracType", 0);
+        row("whole part refused by the saved type", {{"Wholepartvalue", "abc"}}, "value", "_ 1 7");
+        row("huge whole part", {{"Wholepartvalue", QString(100000, u'7') + u'x'}}, "value", "_ 1 7");
+        row("numerator as a list", {{"Numeratorvalue", QStringList{"1", "2"}}}, "value", "4 _ _");
+        row("colour as a word", {{"Backcolor", "red"}}, "Backcolor", 0xFFFFFFu);
+        row("colour beyond 32 bits", {{"Posforecolor", 1e20}}, "Posforecolor", 0);
+        row("Borderstyle beyond 16 bits", {{"Borderstyle", 70000}}, "Borderstyle", 0);
+        row("Fractionslash as a word", {{"Fractionslash", "maybe"}}, "Fractionslash", true);
+        row("Font as a number", {{"Font", 12}}, "Fracpartvisible", true);
+        row("Width not a number", {{"Width", "wide"}}, "Fracpartvisible", true);
+        row("negative Height", {{"Height", -500}}, "Fracpartvisible", true);
+        row("huge Width", {{"Width", 1e30}}, "Fracpartvisible", true);
     }
 
     void restoredcontrol()
     {
         QFETCH(QVariantMap, keys);
-        QFETCH(QStringList, value);
-        QFETCH(quint32, backcolor);
+        QFETCH(QString, property);
+        QFETCH(QVariant, expected);
         testsupport::pinlocale(",", ".");
         QWidget form;
         formcoloured(form, QColor(0x80, 0x80, 0x80));
         memorypropertybag bag;
         for (auto it = keys.cbegin(); it != keys.cend(); ++it)
             bag.setraw(it.key(), it.value());
+        bag.setraw(QStringLiteral("DenominatorLocked"), true);
 
         fractioni restored(bag, &form);
-        QCOMPARE(testsupport::value(restored), value);
-        QCOMPARE(restored.Backcolor(), backcolor);
+        const QVariant actual = restored.property(property.toLatin1().constData());
+        if (property == QLatin1String("value"))
+            QCOMPARE(testsupport::value(restored), testsupport::rec(expected.toString()));
+        else if (expected.typeId() == QMetaType::Int)
+            QCOMPARE(actual.toInt(), expected.toInt());
+        else
+            QCOMPARE(actual.toString(), expected.toString());
+        QVERIFY(restored.DenominatorLocked());
+        QVERIFY(restored.width() > 0 && restored.width() < 20000);
+        QVERIFY(m_messages.take().isEmpty());
         // A new control on the same form still takes its value and the form's colour.
         fractioni fresh(&form);
         QCOMPARE(testsupport::value(fresh), (QStringList{"4", "1", "7"}));
         QCOMPARE(fresh.Backcolor(), 0x808080u);
-    }
-
-    void brokenbag_data()
-    {
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QVariant>("stored");
-        QTest::addColumn<QString>("property");
-        QTest::addColumn<QVariant>("kept");
-
-        const QVariant visible(true);
-        QTest::newRow("FracType as text") << "FracType" << QVariant(QStringLiteral("algebraic")) << "FracType" << QVariant(0);
-        QTest::newRow("FracType beyond 32 bits") << "FracType" << QVariant(1e12) << "FracType" << QVariant(0);
-        QTest::newRow("whole part refused by the saved type")
-            << "Wholepartvalue" << QVariant(QStringLiteral("abc")) << "Wholepartvalue" << QVariant(QStringLiteral("4"));
-        QTest::newRow("numerator as a list")
-            << "Numeratorvalue" << QVariant(QStringList{"1", "2"}) << "Numeratorvalue" << QVariant(QStringLiteral("1"));
-        QTest::newRow("colour as a word") << "Backcolor" << QVariant(QStringLiteral("red")) << "Backcolor" << QVariant(0xFFFFFFu);
-        QTest::newRow("colour beyond 32 bits") << "Posforecolor" << QVariant(1e20) << "Posforecolor" << QVariant(0u);
-        QTest::newRow("Borderstyle beyond 16 bits") << "Borderstyle" << QVariant(70000) << "Borderstyle" << QVariant(0);
-        QTest::newRow("Fractionslash as a word") << "Fractionslash" << QVariant(QStringLiteral("maybe")) << "Fractionslash" << visible;
-        QTest::newRow("Font as a number") << "Font" << QVariant(12) << "Fracpartvisible" << visible;
-        QTest::newRow("Width not a number") << "Width" << QVariant(QStringLiteral("wide")) << "Fracpartvisible" << visible;
-        QTest::newRow("negative Height") << "Height" << QVariant(-500) << "Fracpartvisible" << visible;
-        QTest::newRow("huge Width") << "Width" << QVariant(1e30) << "Fracpartvisible" << visible;
-        QTest::newRow("huge whole part") << "Wholepartvalue" << QVariant(QString(100000, u'7') + u'x')
-                                         << "Wholepartvalue" << QVariant(QStringLiteral("4"));
-    }
-
-    void brokenbag()
-    {
-        QFETCH(QString, key);
-        QFETCH(QVariant, stored);
-        QFETCH(QString, property);
-        QFETCH(QVariant, kept);
-
-        memorypropertybag bag;
-        bag.setraw(QStringLiteral("Denominatorvalue"), QStringLiteral("9"));
-        bag.setraw(key, stored);
-        bag.setraw(QStringLiteral("DenominatorLocked"), true);
-        fractioni control;
-        control.ReadProperties(bag);
-        const QVariant actual = control.property(property.toLatin1().constData());
-        if (kept.typeId() == QMetaType::Int)
-            QCOMPARE(actual.toInt(), kept.toInt());
-        else
-            QCOMPARE(actual.toString(), kept.toString());
-        // The keys after the broken one are restored all the same.
-        QVERIFY(control.DenominatorLocked());
-        QCOMPARE(control.Denominatorvalue(), QStringLiteral("9"));
-        QVERIFY(control.width() > 0 && control.width() < 20000);
-        QVERIFY(m_messages.take().isEmpty());
-    }
-
-    void fontwithoutfamily_data()
-    {
-        QTest::addColumn<QVariant>("font");
-        QTest::addColumn<bool>("restored");
-        QFont nameless(QStringLiteral("x"));
-        nameless.setFamily(QString());
-        QTest::newRow("assigned") << QVariant(nameless) << false;
-        QTest::newRow("restored from a font") << QVariant(nameless) << true;
-        QTest::newRow("restored from a damaged text") << QVariant(QStringLiteral(",12,-1,5,50,0,0,0,0,0")) << true;
-    }
-
-    // A font without a family gets one, and what is saved of it reads back with a family.
-    void fontwithoutfamily()
-    {
-        QFETCH(QVariant, font);
-        QFETCH(bool, restored);
-        memorypropertybag source;
-        source.setraw(QStringLiteral("Font"), font);
-        std::unique_ptr<fractioni> control(restored ? new fractioni(source) : new fractioni);
-        if (!restored)
-            control->setFont(font.value<QFont>());
-        QVERIFY(!control->Font().family().isEmpty());
-        QTemporaryDir dir;
-        QSettings settings(dir.filePath(QStringLiteral("form.ini")), QSettings::IniFormat);
-        kelfractionint::settingspropertybag bag(settings, QStringLiteral("first"));
-        control->WriteProperties(bag);
-        settings.sync();
-        QCOMPARE(settings.status(), QSettings::NoError);
-        QSettings again(dir.filePath(QStringLiteral("form.ini")), QSettings::IniFormat);
-        QVERIFY(!fractioni(kelfractionint::settingspropertybag(again, QStringLiteral("first"))).Font().family().isEmpty());
     }
 
     // A form file entry whose data claims 2 GB counts as absent; a value longer than a line edit

@@ -1,5 +1,6 @@
 // Fractions as people type, paste and copy them into the control, with real focus.
 #include "fractioni.h"
+#include "messageboxsink.h"
 #include "testsupport.h"
 
 #include <QAction>
@@ -8,10 +9,13 @@
 #include <QContextMenuEvent>
 #include <QLineEdit>
 #include <QMenu>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
 
 using kelfractionint::fractioni;
+using step = std::function<void(fractioni &)>;
+Q_DECLARE_METATYPE(step)
 
 namespace {
 
@@ -30,10 +34,17 @@ struct form
     QLineEdit *field(const QString &name) const { return control->findChild<QLineEdit *>(name); }
 };
 
-void type(const QString &text)
+// Types \a keys on whatever has the focus; "{Name}" is a named key such as {Home}.
+void type(const QString &keys)
 {
-    for (const QChar c : text)
-        QTest::keyClick(static_cast<QWidget *>(nullptr), c.toLatin1());
+    static const QRegularExpression token(QStringLiteral("\\{(\\w+)\\}|."));
+    for (auto it = token.globalMatch(keys); it.hasNext();) {
+        const QRegularExpressionMatch m = it.next();
+        if (m.hasCaptured(1))
+            QTest::keyClick(static_cast<QWidget *>(nullptr), QKeySequence::fromString(m.captured(1))[0].key());
+        else
+            QTest::keyClick(static_cast<QWidget *>(nullptr), m.captured(0).at(0).toLatin1());
+    }
 }
 
 } // namespace
@@ -43,52 +54,73 @@ class tst_fractionientry : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { testsupport::pinlocale(); }
+    void init()
+    {
+        testsupport::pinlocale();
+        m_messages.take();
+    }
 
     void typing_data()
     {
-        QTest::addColumn<bool>("cleared");
+        // The focus starts at the end of the field \a start, or where a click on the control's
+        // corner puts it; values and events are in evs() notation, "*" leaves the events unchecked.
+        QTest::addColumn<step>("setup");
         QTest::addColumn<QString>("start");
         QTest::addColumn<QString>("keys");
-        QTest::addColumn<QStringList>("value");
+        QTest::addColumn<QString>("value");
         QTest::addColumn<QString>("focus");
-        QTest::addColumn<bool>("algebraic");
-        const auto row = [](const char *name, bool cleared, const char *start, const char *keys, const QStringList &value,
-                            const char *focus, bool algebraic = false) {
-            QTest::newRow(name) << cleared << start << keys << value << focus << algebraic;
+        QTest::addColumn<QString>("events");
+        const auto row = [](const char *name, step setup, const char *start, const QString &keys, const QString &value,
+                            const char *focus, const char *events = "*") {
+            QTest::newRow(name) << setup << start << keys << value << focus << events;
         };
-        row("mixed number into a cleared control", true, "wholepart", "1 2/3", {"1", "2", "3"}, "denominator");
-        row("negative mixed number", true, "wholepart", "-3 1/4", {"-3", "1", "4"}, "denominator");
-        row("slash replaces the denominator", false, "numerator", "5/8", {"4", "15", "8"}, "denominator");
-        row("a decimal whole part keeps its space", true, "wholepart", "2.5 ", {"2.5", "", "1"}, "wholepart");
+        const step none = [](fractioni &) {}, cleared = [](fractioni &c) { c.clearfraction(); };
+        const step algebraic = [](fractioni &c) { c.setFracType(fractioni::fracAlgebraic); };
+        row("mixed number into a cleared control", cleared, "click", "1 2/3", "1 2 3", "denominator");
+        row("negative mixed number", cleared, "click", "-3 1/4", "-3 1 4", "denominator");
+        row("slash replaces the denominator", none, "numerator", "5/8", "4 15 8", "denominator");
+        row("a decimal whole part keeps its space", cleared, "click", "2.5 ", "2.5 _ 1", "wholepart");
         // Algebraic texts may hold spaces and slashes: they are typed, not moves.
-        row("an algebraic slash is typed", false, "numerator", "5/8", {"4", "15/8", "7"}, "numerator", true);
+        row("an algebraic slash is typed", algebraic, "numerator", "5/8", "4 15/8 7", "numerator");
+        row("one event per key, and the caret goes to the end", none, "numerator", "5{Home}39", "4 3159 7", "numerator",
+            "+ 4 1 7 > + 4 15 7; + 4 15 7 > + 4 315 7; + 4 315 7 > + 4 3159 7");
+        row("a refused minus raises two events without change", none, "numerator", "-", "4 1 7", "numerator",
+            "+ 4 1 7 > + 4 1 7; + 4 1 7 > + 4 1 7");
+        row("a letter the whole part refuses reaches the host as nothing", none, "wholepart", "q", "4 1 7", "wholepart", "");
     }
 
     void typing()
     {
-        QFETCH(bool, cleared);
+        QFETCH(step, setup);
         QFETCH(QString, start);
         QFETCH(QString, keys);
-        QFETCH(QStringList, value);
+        QFETCH(QString, value);
         QFETCH(QString, focus);
-        QFETCH(bool, algebraic);
+        QFETCH(QString, events);
         form f;
         QVERIFY(f.show());
-        if (algebraic)
-            f.control->setFracType(fractioni::fracAlgebraic);
-        if (cleared) {
-            f.control->clearfraction();
+        setup(*f.control);
+        if (start == QLatin1String("click")) {
             // A click brings back the hidden whole part with the focus.
             QTest::mouseClick(f.control, Qt::LeftButton, {}, QPoint(2, 2));
         } else {
             f.field(start)->setFocus();
-            QTest::keyClick(static_cast<QWidget *>(nullptr), Qt::Key_End);
+            type(QStringLiteral("{End}"));
         }
-        QTRY_COMPARE(QApplication::focusWidget(), f.field(start));
+        QTRY_VERIFY(f.control->isAncestorOf(QApplication::focusWidget()));
+        QSignalSpy spy(f.control, &fractioni::fractionvaluechanged);
         type(keys);
-        QCOMPARE(testsupport::value(*f.control), value);
+        QCOMPARE(testsupport::value(*f.control), testsupport::rec(value));
         QCOMPARE(QApplication::focusWidget(), f.field(focus));
+        if (events != QLatin1String("*"))
+            QCOMPARE(testsupport::events(spy), testsupport::evs(events));
+        // Every field shows its part, whole.
+        const QList<QLineEdit *> fields = f.control->findChildren<QLineEdit *>();
+        for (qsizetype i = 0; i < fields.size(); ++i) {
+            QCOMPARE(fields[i]->text(), testsupport::value(*f.control).at(i));
+            QVERIFY(fields[i]->width() >= fields[i]->fontMetrics().horizontalAdvance(fields[i]->text()));
+        }
+        QVERIFY(m_messages.take().isEmpty());
     }
 
     void paste_data()
@@ -179,6 +211,9 @@ private Q_SLOTS:
         control.approximate(7);
         QCOMPARE(control.fractiontext(), QStringLiteral("3 1/7"));
     }
+
+private:
+    kelfractionint::messagecapture m_messages;
 };
 
 QTEST_MAIN(tst_fractionientry)
