@@ -78,7 +78,6 @@ QVariant object(QObject *item)
 // A conversion of the control's own value; with Autoreplace, the events of the load.
 struct conversion
 {
-    QString decimal;
     QStringList before;
     QString name;
     int argument;
@@ -123,15 +122,11 @@ private Q_SLOTS:
     {
         QTest::addColumn<conversion>("c");
         const auto row = [](const char *name, QStringList before, const char *method, int argument, QStringList result,
-                            int error = 0, const char *message = "", rows loads = {}, const char *decimal = ".") {
-            QTest::newRow(name) << conversion{decimal, before, method, argument, result, error, message, loads};
+                            int error = 0, const char *message = "", rows loads = {}) {
+            QTest::newRow(name) << conversion{before, method, argument, result, error, message, loads};
         };
         const rows noload{QStringList()}; // Autoreplace set, nothing loaded
         row("expand by 0 changes nothing", {"", "1", "2"}, "expand", 0, {"", "1", "2"});
-        row("1/3 with a comma", {"", "1", "3"}, "fractodecimal", 3, {"0,333", "", ""}, 0, "", {}, ",");
-        row("0,125 with a comma", {"0,125", "", ""}, "decimaltofrac", 0, {"", "125", "1000"}, 0, "", {}, ",");
-        row("2/3 as percent with a comma", {"", "2", "3"}, "fractopercent", 4, {"66,67%", "", ""}, 0, "", {}, ",");
-        row("-150% to a fraction", {"-150%", "", ""}, "percenttofrac", 0, {"-1", "5", "10"});
         // A failure the engine reports returns nothing; an unallocated result cannot be loaded (9).
         row("0/0 cannot reduce in place", {"", "0", "0"}, "reduce", 0, {}, 9, "Division by zero", noload);
         row("negative count of decimals", {"", "1", "3"}, "fractodecimal", -1, {}, 0, "Invalid procedure call or argument");
@@ -149,7 +144,6 @@ private Q_SLOTS:
     void conversions()
     {
         QFETCH(conversion, c);
-        testsupport::pinlocale(qPrintable(c.decimal), c.decimal == QLatin1String(",") ? "." : ",");
         const bool autoreplace = !c.loads.isEmpty();
         const rows loads = autoreplace && c.loads.first().isEmpty() ? rows() : c.loads;
 
@@ -215,14 +209,11 @@ private Q_SLOTS:
         };
 
         fractioni host;
-        QStringList sum, product;
+        QStringList sum;
         QCOMPARE(errornumber([&] { sum = host.addfractions(forms.at(kind)); }), error);
-        QCOMPARE(errornumber([&] { product = host.multiplyfractions(forms.at(kind)); }), error);
-        if (error == 0) {
-            // 1 1/2 + 1/3 - 1/4 over the least common multiple, and the product with no factor removed.
+        // 1 1/2 + 1/3 - 1/4 over the least common multiple.
+        if (error == 0)
             QCOMPARE(sum, (QStringList{"", "19", "12"}));
-            QCOMPARE(product, (QStringList{"-", "3", "24"}));
-        }
         QCOMPARE(value(*a), (QStringList{"1", "1", "2"}));
         QCOMPARE(value(*good), (QStringList{"0.5", "", ""}));
         QCOMPARE(value(*odd), (QStringList{"5%3", "", ""}));

@@ -60,9 +60,6 @@ private Q_SLOTS:
         panel.setPalette(palette);
         QCOMPARE(ambient::backcolor(&control), 0x030201u);
         QCOMPARE(ambient::backcolor(&form), 0xFFFFFFu);
-        QFont font(QStringLiteral("Serif"), 17);
-        panel.setFont(font);
-        QCOMPARE(ambient::font(&control).pointSize(), 17);
 
         // Design mode is inherited from the form, or the default for every control.
         QList<bool> modes{ambient::usermode(&control)};
