@@ -139,7 +139,6 @@ private Q_SLOTS:
                             int error = 0) { QTest::newRow(name) << int(kind) << dispid << args << expected << error; };
         const auto let = invokekind::let, get = invokekind::get, set = invokekind::set, call = invokekind::method;
         const QVariant nothing = QVariant::fromValue<QObject *>(nullptr);
-        row("text to a String", let, wholepartid, {"-3"}, "-3");
         row("number to a String", let, numeratorid, {12}, "12");
         row("fraction of a number to a String", let, wholepartid, {2.5}, "2.5");
         row("numeric text to a Boolean", let, 0x68030018, {"0"}, false);
@@ -149,7 +148,6 @@ private Q_SLOTS:
         row("negative Long to OLE_COLOR", let, backcolorid, {-1}, 0xFFFFFFFFu);
         row("text to OLE_COLOR", let, 0x68030013, {"65280"}, 0xFF00u);
         row("FracType outside the enumeration is kept", let, 0x68030002, {7}, 7);
-        row("allowed characters from a list", let, 0x68030007, {QVariantList{"1", "2", "-"}}, QStringList{"-", "1", "2"});
         row("unknown dispatch id", get, 0x12345, {}, {}, 438);
         row("method read as a property", get, 0x6003003f, {}, {}, 438);
         row("read-only property assigned", let, 0x6803000d, {5}, {}, 450);
@@ -198,13 +196,7 @@ private Q_SLOTS:
             return;
         }
         QCOMPARE(0, error);
-        if (expected.typeId() == QMetaType::QStringList) {
-            QStringList list = result.toStringList();
-            list.sort();
-            QCOMPARE(list, expected.toStringList());
-        } else {
-            QCOMPARE(result.toString(), expected.toString());
-        }
+        QCOMPARE(result.toString(), expected.toString());
     }
 
     void nullcontrolraises91()
