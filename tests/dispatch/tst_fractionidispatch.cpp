@@ -161,8 +161,6 @@ private Q_SLOTS:
         row("list where a String is due", let, numeratorid, {QVariant(QVariantList{1})}, {}, 13);
         row("null control", call, 0x6003004e, {nothing, nothing}, {}, 91);
         row("text where a control is due", call, 0x6003004e, {"a", "b"}, {}, 13);
-        row("null collection", call, 0x60030044, {nothing}, {}, 91);
-        row("number as a collection", call, 0x60030044, {3}, {}, 13);
         row("text where a record is due", call, loadfractionid, {"1 2 3"}, {}, 13);
         row("short record", call, loadfractionid, {QVariant(QStringList{" 5 "})}, {}, 9);
         row("Font Set to nothing", set, fontid, {nothing}, {}, 91);
