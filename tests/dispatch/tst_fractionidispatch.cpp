@@ -222,9 +222,7 @@ private Q_SLOTS:
         Q_EMIT m_control->MouseDown(1, 2, 3.5f, 4.5f);
         QCOMPARE(received.size(), 2);
         QCOMPARE(received.at(0), (QVariantList{"+", "4", "1", "7", "+", "4", "2", "7"}));
-        QCOMPARE(received.at(1).size(), 4);
-        QCOMPARE(received.at(1).at(0).toInt(), 1);
-        QCOMPARE(received.at(1).at(3).toFloat(), 4.5f);
+        QCOMPARE(QVariant(received.at(1)).toStringList(), (QStringList{"1", "2", "3.5", "4.5"}));
         QCOMPARE(errornumber([&] { connectevent(m_control, 8, [](const QVariantList &) {}); }), 438);
     }
 };
