@@ -1,7 +1,7 @@
 // The fraction control's value and lifecycle: the order and arguments of every
-// fractionvaluechanged, the documented errors, allowed-character sets and validation, typing and
-// arrow keys with real focus, a new control, the property bag's keys and round trips, and bags
-// and files with foreign, broken or hostile values.
+// fractionvaluechanged, the documented errors, allowed-character sets and validation, editing keys
+// in a filtered whole part, a new control, the property bag's keys and round trips, and bags and
+// files with foreign, broken or hostile values.
 #include "fractioni.h"
 #include "messageboxsink.h"
 #include "propertybag.h"
@@ -18,7 +18,6 @@
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QVBoxLayout>
 
 #include <functional>
 
@@ -30,47 +29,15 @@ Q_DECLARE_METATYPE(step)
 
 namespace {
 
-void load(fractioni &f, const char *w, const char *n, const char *d)
-{
-    f.loadfraction(QStringList{QString::fromUtf8(w), QString::fromUtf8(n), QString::fromUtf8(d)});
-}
-
 QStringList chars(const char *text)
 {
-    QStringList list;
-    for (const char c : std::string_view(text))
-        list.append(QString(QChar(c)));
-    return list;
+    return QString::fromLatin1(text).split(QString(), Qt::SkipEmptyParts);
 }
 
 QLineEdit *field(const fractioni &control, const QString &name)
 {
     return control.findChild<QLineEdit *>(name);
 }
-
-// An arrow key pressed in the field \a start of a control showing \a record (in evs() notation).
-struct arrow
-{
-    const char *record, *start;
-    int caret;
-    Qt::Key key;
-    const char *focus;
-    bool wholevisible = true, fracpartvisible = true;
-};
-
-// A control in a shown, active window, as a user meets it.
-struct form
-{
-    QWidget window;
-    fractioni *control = new fractioni(&window);
-    bool show()
-    {
-        (new QVBoxLayout(&window))->addWidget(control);
-        window.show();
-        window.activateWindow();
-        return QTest::qWaitForWindowActive(&window);
-    }
-};
 
 const QStringList writerorder{
     "Wholepartvalue", "Numeratorvalue", "Denominatorvalue", "Width", "Height", "Fractionslash", "Backcolor",
@@ -109,17 +76,7 @@ void changeeverything(fractioni &c)
     c.setWholepartLocked(true);
 }
 
-QWidget *formcoloured(QWidget &form, const QColor &colour)
-{
-    QPalette palette = form.palette();
-    palette.setColor(QPalette::Window, colour);
-    form.setPalette(palette);
-    return &form;
-}
-
 } // namespace
-
-Q_DECLARE_METATYPE(arrow)
 
 class tst_fractioni : public QObject
 {
@@ -153,9 +110,9 @@ private Q_SLOTS:
             "+ 4 1 7 > + +4 1 7", "+4 1 7");
         row("Forcesign turns an empty whole part into plus", [](fractioni &f) { f.setForcesign(true); },
             [](fractioni &f) { f.setWholepartvalue(QString()); }, "+ +4 1 7 > + + 1 7", "+ 1 7");
-        row("clearing the numerator sets the denominator to 1 first", [](fractioni &f) { load(f, "", "3", "4"); },
+        row("clearing the numerator sets the denominator to 1 first", [](fractioni &f) { f.loadfraction({"", "3", "4"}); },
             [](fractioni &f) { f.setNumeratorvalue(QString()); }, "+ _ 3 4 > + _ 3 1; + _ 3 1 > + _ _ 1", "_ _ 1");
-        row("denominator without a numerator stays empty", [](fractioni &f) { load(f, "2", "", ""); },
+        row("denominator without a numerator stays empty", [](fractioni &f) { f.loadfraction({"2", "", ""}); },
             [](fractioni &f) { f.setDenominatorvalue("5"); }, "+ 2 _ _ > + 2 _ _", "2 _ _");
         row("numerator -3 is refused: two events without change", none,
             [](fractioni &f) { f.setNumeratorvalue("-3"); }, twice.constData(), "4 1 7");
@@ -163,23 +120,23 @@ private Q_SLOTS:
             [](fractioni &f) { f.setWholepartvalue("abc"); }, twice.constData(), "4 1 7", true);
         row("refused whole part while locked re-applies the value", [](fractioni &f) { f.setWholepartLocked(true); },
             [](fractioni &f) { f.setWholepartvalue("5-"); }, twice.constData(), "4 1 7");
-        row("changesign of 2/3 gives the whole part minus and a second event", [](fractioni &f) { load(f, "", "2", "3"); },
+        row("changesign of 2/3 gives the whole part minus and a second event", [](fractioni &f) { f.loadfraction({"", "2", "3"}); },
             [](fractioni &f) { QCOMPARE(f.changesign(), &f); }, "+ _ 2 3 > - - 2 3; _ - 2 3 > - - 2 3", "- 2 3");
-        row("changesign of -1 1/2 drops the minus", [](fractioni &f) { load(f, "-1", "1", "2"); },
+        row("changesign of -1 1/2 drops the minus", [](fractioni &f) { f.loadfraction({"-1", "1", "2"}); },
             [](fractioni &f) { f.changesign(); }, "- -1 1 2 > + 1 1 2; _ 1 1 2 > + 1 1 2", "1 1 2");
         row("changesign of an empty value does nothing",
-            [](fractioni &f) { f.clearfraction(); f.setNumeratorvalue(QString()); load(f, "", "", ""); },
+            [](fractioni &f) { f.clearfraction(); f.setNumeratorvalue(QString()); f.loadfraction({"", "", ""}); },
             [](fractioni &f) { f.changesign(); }, "", "_ _ _");
-        row("clearfraction of 1 2/3 clears whole, denominator, numerator", [](fractioni &f) { load(f, "1", "2", "3"); },
+        row("clearfraction of 1 2/3 clears whole, denominator, numerator", [](fractioni &f) { f.loadfraction({"1", "2", "3"}); },
             [](fractioni &f) { QCOMPARE(f.clearfraction(), &f); },
             "+ 1 2 3 > + _ 2 3; + _ 2 3 > + _ 2 _; + _ 2 _ > + _ 2 1; + _ 2 1 > + _ _ 1", "_ _ 1");
         row("FracType 7 refuses even the empty text: clearfraction keeps the value",
             [](fractioni &f) { f.setFracType(fractioni::fractiontype(7)); }, [](fractioni &f) { f.clearfraction(); },
             six.constData(), "4 1 7", true);
         row("loadfraction while the whole part is locked adds a summary",
-            [](fractioni &f) { f.setWholepartLocked(true); }, [](fractioni &f) { load(f, " -1", "2 ", " 5 "); },
+            [](fractioni &f) { f.setWholepartLocked(true); }, [](fractioni &f) { f.loadfraction({" -1", "2 ", " 5 "}); },
             "+ 4 1 7 > - -1 1 7; - -1 1 7 > - -1 2 7; - -1 2 7 > - -1 2 5; + 4 1 7 > - -1 2 5", "-1 2 5");
-        row("loadfraction of a whole number applies the denominator rule", none, [](fractioni &f) { load(f, "3", "", "9"); },
+        row("loadfraction of a whole number applies the denominator rule", none, [](fractioni &f) { f.loadfraction({"3", "", "9"}); },
             "+ 4 1 7 > + 3 1 7; + 3 1 7 > + 3 1 1; + 3 1 1 > + 3 _ 1; + 3 _ 1 > + 3 _ _", "3 _ _");
         row("Negforecolor re-assigns the whole part", none, [](fractioni &f) { f.setNegforecolor(0x00FF00); }, same,
             "4 1 7");
@@ -188,14 +145,23 @@ private Q_SLOTS:
             "+ 4 1 7 > + 4 1 1; + 4 1 1 > + 4 _ 1; + 4 _ 1 > + 4 _ _", "4 _ _");
         row("Autoreplace and FracType raise no value event", none,
             [](fractioni &f) { f.setAutoreplace(true); f.setFracType(fractioni::fracAlgebraic); }, "", "4 1 7");
-        row("a record is trimmed, extra items ignored, and late-bound callers reach it", none,
-            [](fractioni &f) {
-                fractioni *result = nullptr;
-                QVERIFY(QMetaObject::invokeMethod(&f, "loadfraction", Q_RETURN_ARG(kelfractionint::fractioni *, result),
-                                                  Q_ARG(QStringList, QStringList({" 2 ", "4", "8 ", "extra"}))));
-                QCOMPARE(result, &f);
-            },
+        row("a record is trimmed and extra items ignored", none,
+            [](fractioni &f) { f.loadfraction({" 2 ", "4", "8 ", "extra"}); },
             "+ 4 1 7 > + 2 1 7; + 2 1 7 > + 2 4 7; + 2 4 7 > + 2 4 8", "2 4 8");
+        // A listener that changes the value: later listeners see the nested event first, and its
+        // own argument still reads what was raised.
+        row("a listener changing the value",
+            [](fractioni &f) {
+                QObject::connect(&f, &fractioni::fractionvaluechanged, &f,
+                                 [&f, once = true](const QString &, const QString &, const QString &, const QString &,
+                                                   const QString &, const QString &nw) mutable {
+                                     if (std::exchange(once, false)) {
+                                         f.setWholepartvalue(QStringLiteral("9"));
+                                         QCOMPARE(nw, QStringLiteral("-4"));
+                                     }
+                                 });
+            },
+            [](fractioni &f) { f.changesign(); }, "- -4 1 7 > + 9 1 7; + 4 1 7 > - -4 1 7; _ 9 1 7 > + 9 1 7", "9 1 7");
     }
 
     void events()
@@ -243,60 +209,32 @@ private Q_SLOTS:
         QCOMPARE(changed.at(0).at(0).toString(), QStringLiteral("Forcesign"));
     }
 
-    void listenerschangingthevalue()
-    {
-        fractioni control;
-        QList<QStringList> second;
-        QString ownwhole;
-        connect(&control, &fractioni::fractionvaluechanged, &control,
-                [&](const QString &, const QString &, const QString &, const QString &, const QString &, const QString &nw) {
-                    if (ownwhole.isEmpty()) {
-                        ownwhole = nw;
-                        control.setWholepartvalue(QStringLiteral("9"));
-                        ownwhole = nw;
-                    }
-                });
-        connect(&control, &fractioni::fractionvaluechanged, &control,
-                [&](const QString &os, const QString &ow, const QString &on, const QString &od, const QString &ns,
-                    const QString &nw, const QString &nn, const QString &nd) {
-                    second.append({os, ow, on, od, ns, nw, nn, nd});
-                });
-        control.changesign();
-        // The listener's own argument still reads what was raised, after it assigned "9".
-        QCOMPARE(ownwhole, QStringLiteral("-4"));
-        // The second listener sees the nested event first, then the outer ones unchanged.
-        QCOMPARE(second, evs("- -4 1 7 > + 9 1 7; + 4 1 7 > - -4 1 7; _ 9 1 7 > + 9 1 7"));
-    }
-
+    // The sign, the fields in the sign's colour, and the fields shown (w, n, d).
     void signandcolours_data()
     {
-        QTest::addColumn<QStringList>("record");
+        QTest::addColumn<QString>("record");
         QTest::addColumn<QString>("sign");
-        QTest::addColumn<bool>("negative");
-        QTest::addColumn<QList<bool>>("visible");
-
-        QTest::newRow("empty value has sign 0") << QStringList{"", "", ""} << "0" << false << QList<bool>{true, false, false};
-        QTest::newRow("numerator only is positive") << QStringList{"", "1", "2"} << "+" << false << QList<bool>{false, true, true};
-        QTest::newRow("negative mixed number") << QStringList{"-2", "1", "2"} << "-" << true << QList<bool>{true, true, true};
-        QTest::newRow("lone minus keeps the fraction negative") << QStringList{"-", "1", "2"} << "-" << true << QList<bool>{true, true, true};
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("empty value has sign 0") << "_ _ _" << "0" << "w";
+        QTest::newRow("numerator only is positive") << "_ 1 2" << "+" << "nd";
+        QTest::newRow("negative mixed number") << "-2 1 2" << "-" << "wnd";
+        QTest::newRow("lone minus keeps the fraction negative") << "- 1 2" << "-" << "wnd";
     }
 
     void signandcolours()
     {
-        QFETCH(QStringList, record);
+        QFETCH(QString, record);
         QFETCH(QString, sign);
-        QFETCH(bool, negative);
-        QFETCH(QList<bool>, visible);
-
+        QFETCH(QString, shown);
         fractioni control;
         control.setNegforecolor(0x0000FF);
         control.setPosforecolor(0x00FF00);
-        control.loadfraction(record);
+        control.loadfraction(testsupport::rec(record));
         QCOMPARE(control.getsign(), sign);
-        const QStringList names{QStringLiteral("wholepart"), QStringLiteral("numerator"), QStringLiteral("denominator")};
-        for (int i = 0; i < 3; ++i) {
-            QCOMPARE(field(control, names.at(i))->palette().color(QPalette::Text), negative ? QColor(Qt::red) : QColor(Qt::green));
-            QCOMPARE(!field(control, names.at(i))->isHidden(), visible.at(i));
+        const QList<QLineEdit *> fields = control.findChildren<QLineEdit *>();
+        for (qsizetype i = 0; i < fields.size(); ++i) {
+            QCOMPARE(fields[i]->palette().color(QPalette::Text), sign == u'-' ? QColor(Qt::red) : QColor(Qt::green));
+            QCOMPARE(!fields[i]->isHidden(), shown.contains(QLatin1String("wnd").at(i)));
         }
     }
 
@@ -378,12 +316,7 @@ private Q_SLOTS:
         control.setFracType(fractioni::fractiontype(type));
         const QStringList before = testsupport::value(control);
         testsupport::designtime design;
-        if (part == 0)
-            control.setWholepartvalue(text);
-        else if (part == 1)
-            control.setNumeratorvalue(text);
-        else
-            control.setDenominatorvalue(text);
+        control.setProperty(std::array{"Wholepartvalue", "Numeratorvalue", "Denominatorvalue"}[part], text);
         QCOMPARE(testsupport::value(control) != before, accepted);
     }
 
@@ -430,57 +363,13 @@ private Q_SLOTS:
         QCOMPARE(returns.count(), 0);
     }
 
-    void navigation_data()
-    {
-        QTest::addColumn<arrow>("a");
-        const auto row = [](const char *name, arrow a) { QTest::newRow(name) << a; };
-        row("Right at the end of the whole part goes to the numerator", {"4 1 7", "wholepart", 1, Qt::Key_Right, "numerator"});
-        row("Right inside the whole part only moves the caret", {"45 1 7", "wholepart", 1, Qt::Key_Right, "wholepart"});
-        row("Right stays while the fraction part may not be shown",
-            {"4 _ _", "wholepart", 1, Qt::Key_Right, "wholepart", true, false});
-        row("Right from a decimal whole part stays", {"0.5 _ _", "wholepart", 3, Qt::Key_Right, "wholepart"});
-        row("Left at the start of the numerator goes to the whole part", {"4 1 7", "numerator", 0, Qt::Key_Left, "wholepart"});
-        row("Left at the start of the denominator shows a hidden whole part",
-            {"_ 1 7", "denominator", 0, Qt::Key_Left, "wholepart"});
-        row("Left inside the numerator only moves the caret", {"4 12 7", "numerator", 1, Qt::Key_Left, "numerator"});
-        row("Up from the denominator goes to the numerator", {"4 1 7", "denominator", 1, Qt::Key_Up, "numerator"});
-        row("Up from a percent whole part goes to the numerator", {"50% _ _", "wholepart", 3, Qt::Key_Up, "numerator"});
-        row("Down from the whole part goes to the denominator", {"4 1 7", "wholepart", 1, Qt::Key_Down, "denominator"});
-        row("Down from a decimal whole part stays", {"0.5 _ _", "wholepart", 3, Qt::Key_Down, "wholepart"});
-        row("Down from the numerator goes to the denominator", {"4 1 7", "numerator", 1, Qt::Key_Down, "denominator"});
-        row("Right at the end of an empty whole part hides it", {"_ 1 7", "wholepart", 0, Qt::Key_Right, "numerator", false});
-        row("Right in an empty control keeps the focus in the whole part",
-            {"_ _ _", "wholepart", 0, Qt::Key_Right, "wholepart"});
-    }
-
-    void navigation()
-    {
-        QFETCH(arrow, a);
-        form f;
-        QVERIFY(f.show());
-        f.control->loadfraction(evs(QLatin1String(a.record)).value(0));
-        f.control->setFracpartvisible(a.fracpartvisible);
-        QLineEdit *from = field(*f.control, QLatin1String(a.start));
-        from->setVisible(true);
-        from->setFocus();
-        QTRY_VERIFY(from->hasFocus());
-        from->setCursorPosition(a.caret);
-        QTest::keyClick(static_cast<QWidget *>(nullptr), a.key);
-        QVERIFY(QApplication::focusWidget());
-        QCOMPARE(QApplication::focusWidget()->objectName(), QLatin1String(a.focus));
-        QCOMPARE(!field(*f.control, QStringLiteral("wholepart"))->isHidden(), a.wholevisible);
-        if (qstrcmp(a.focus, "wholepart") != 0)
-            QVERIFY(!field(*f.control, QStringLiteral("numerator"))->isHidden()
-                    && !field(*f.control, QStringLiteral("denominator"))->isHidden());
-    }
-
     // A new control takes the form's colour and font and stores only what differs from the
     // defaults (the font, an object, always; the size where it is not 600 x 600 twips); screen
     // readers find the value and the fields by name.
     void newcontrol()
     {
         QWidget form;
-        formcoloured(form, QColor(0x33, 0x66, 0x99));
+        form.setPalette(QPalette(QColor(0x33, 0x66, 0x99)));
         form.setFont(QFont(QStringLiteral("Serif"), 10, QFont::Normal, true));
         fractioni control(&form);
         QVERIFY(control.Font().italic());
@@ -588,14 +477,14 @@ private Q_SLOTS:
         row("saved colour", {{"Backcolor", 0x00FF00}}, "Backcolor", 0x00FF00u);
         row("a number in a text key reads with the decimal comma", {{"Wholepartvalue", 2.5}, {"Numeratorvalue", 3}},
             "value", "2,5 3 7");
-        row("FracType as text", {{"FracType", "algebraic"}}, "FracType", 0);
-        row("FracType beyond 32 bits", {{"FracType", 1e12}}, "FracType", 0);
+        row("FracType as text", {{"FracType", "algebraic"}}, "FracType", "fracnumeric");
+        row("FracType beyond 32 bits", {{"FracType", 1e12}}, "FracType", "fracnumeric");
         row("whole part refused by the saved type", {{"Wholepartvalue", "abc"}}, "value", "_ 1 7");
         row("huge whole part", {{"Wholepartvalue", QString(100000, u'7') + u'x'}}, "value", "_ 1 7");
         row("numerator as a list", {{"Numeratorvalue", QStringList{"1", "2"}}}, "value", "4 _ _");
         row("colour as a word", {{"Backcolor", "red"}}, "Backcolor", 0xFFFFFFu);
-        row("colour beyond 32 bits", {{"Posforecolor", 1e20}}, "Posforecolor", 0);
-        row("Borderstyle beyond 16 bits", {{"Borderstyle", 70000}}, "Borderstyle", 0);
+        row("colour beyond 32 bits", {{"Posforecolor", 1e20}}, "Posforecolor", 0u);
+        row("Borderstyle beyond 16 bits", {{"Borderstyle", 70000}}, "Borderstyle", "borderstylenone");
         row("Fractionslash as a word", {{"Fractionslash", "maybe"}}, "Fractionslash", true);
         row("Font as a number", {{"Font", 12}}, "Fracpartvisible", true);
         row("Width not a number", {{"Width", "wide"}}, "Fracpartvisible", true);
@@ -610,20 +499,17 @@ private Q_SLOTS:
         QFETCH(QVariant, expected);
         testsupport::pinlocale(",", ".");
         QWidget form;
-        formcoloured(form, QColor(0x80, 0x80, 0x80));
+        form.setPalette(QPalette(QColor(0x80, 0x80, 0x80)));
         memorypropertybag bag;
         for (auto it = keys.cbegin(); it != keys.cend(); ++it)
             bag.setraw(it.key(), it.value());
         bag.setraw(QStringLiteral("DenominatorLocked"), true);
 
         fractioni restored(bag, &form);
-        const QVariant actual = restored.property(property.toLatin1().constData());
         if (property == QLatin1String("value"))
             QCOMPARE(testsupport::value(restored), testsupport::rec(expected.toString()));
-        else if (expected.typeId() == QMetaType::Int)
-            QCOMPARE(actual.toInt(), expected.toInt());
         else
-            QCOMPARE(actual.toString(), expected.toString());
+            QCOMPARE(restored.property(property.toLatin1().constData()).toString(), expected.toString());
         QVERIFY(restored.DenominatorLocked());
         QVERIFY(restored.width() > 0 && restored.width() < 20000);
         QVERIFY(m_messages.take().isEmpty());

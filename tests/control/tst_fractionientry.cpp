@@ -1,14 +1,13 @@
-// Fractions as people type, paste and copy them into the control, with real focus.
+// Fractions as people type, paste and copy them into the control, and the arrow keys between its
+// fields, with real focus.
 #include "fractioni.h"
 #include "messageboxsink.h"
 #include "testsupport.h"
 
-#include <QAction>
 #include <QApplication>
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QLineEdit>
-#include <QMenu>
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
@@ -34,14 +33,15 @@ struct form
     QLineEdit *field(const QString &name) const { return control->findChild<QLineEdit *>(name); }
 };
 
-// Types \a keys on whatever has the focus; "{Name}" is a named key such as {Home}.
+// Types \a keys on whatever has the focus; "{Name}" is a named key such as {Home} or {Ctrl+V}.
 void type(const QString &keys)
 {
-    static const QRegularExpression token(QStringLiteral("\\{(\\w+)\\}|."));
+    static const QRegularExpression token(QStringLiteral("\\{([\\w+]+)\\}|."));
     for (auto it = token.globalMatch(keys); it.hasNext();) {
         const QRegularExpressionMatch m = it.next();
+        const QKeyCombination named = QKeySequence::fromString(m.captured(1))[0];
         if (m.hasCaptured(1))
-            QTest::keyClick(static_cast<QWidget *>(nullptr), QKeySequence::fromString(m.captured(1))[0].key());
+            QTest::keyClick(static_cast<QWidget *>(nullptr), named.key(), named.keyboardModifiers());
         else
             QTest::keyClick(static_cast<QWidget *>(nullptr), m.captured(0).at(0).toLatin1());
     }
@@ -63,16 +63,24 @@ private Q_SLOTS:
     void typing_data()
     {
         // The focus starts at the end of the field \a start, or where a click on the control's
-        // corner puts it; values and events are in evs() notation, "*" leaves the events unchecked.
+        // corner puts it. Values and events are in evs() notation; \a shown names the fields shown
+        // (w, n, d); "*" leaves events or fields unchecked.
         QTest::addColumn<step>("setup");
         QTest::addColumn<QString>("start");
         QTest::addColumn<QString>("keys");
         QTest::addColumn<QString>("value");
         QTest::addColumn<QString>("focus");
+        QTest::addColumn<QString>("shown");
         QTest::addColumn<QString>("events");
         const auto row = [](const char *name, step setup, const char *start, const QString &keys, const QString &value,
-                            const char *focus, const char *events = "*") {
-            QTest::newRow(name) << setup << start << keys << value << focus << events;
+                            const char *focus, const char *events = "*", const char *shown = "*") {
+            QTest::newRow(name) << setup << start << keys << value << focus << shown << events;
+        };
+        // Arrow keys leave the value as it was loaded.
+        const auto arrow = [&row](const char *name, const char *record, const char *start, const char *keys, const char *focus,
+                                  const char *shown = "wnd", bool fracpartvisible = true) {
+            row(name, [=](fractioni &c) { c.loadfraction(testsupport::rec(record)); c.setFracpartvisible(fracpartvisible); },
+                start, keys, record, focus, "", shown);
         };
         const step none = [](fractioni &) {}, cleared = [](fractioni &c) { c.clearfraction(); };
         const step algebraic = [](fractioni &c) { c.setFracType(fractioni::fracAlgebraic); };
@@ -87,6 +95,22 @@ private Q_SLOTS:
         row("a refused minus raises two events without change", none, "numerator", "-", "4 1 7", "numerator",
             "+ 4 1 7 > + 4 1 7; + 4 1 7 > + 4 1 7");
         row("a letter the whole part refuses reaches the host as nothing", none, "wholepart", "q", "4 1 7", "wholepart", "");
+        arrow("Right at the end of the whole part goes to the numerator", "4 1 7", "wholepart", "{Right}", "numerator");
+        // A second press at the end leaves the field: the first only brought the caret there.
+        arrow("Right inside the whole part only moves the caret", "45 1 7", "wholepart", "{Left}{Right}", "wholepart");
+        arrow("Right stays while the fraction part may not be shown", "4 _ _", "wholepart", "{Right}", "wholepart", "w", false);
+        arrow("Right from a decimal whole part stays", "0.5 _ _", "wholepart", "{Right}", "wholepart");
+        arrow("Right at the end of an empty whole part hides it", "_ 1 7", "wholepart", "{Right}", "numerator", "nd");
+        arrow("Right in an empty control keeps the focus in the whole part", "_ _ _", "wholepart", "{Right}", "wholepart");
+        arrow("Left at the start of the numerator goes to the whole part", "4 1 7", "numerator", "{Home}{Left}", "wholepart");
+        arrow("Left at the start of the denominator shows a hidden whole part", "_ 1 7", "denominator", "{Home}{Left}",
+              "wholepart");
+        arrow("Left inside the numerator only moves the caret", "4 12 7", "numerator", "{Left}{Left}", "numerator");
+        arrow("Up from the denominator goes to the numerator", "4 1 7", "denominator", "{Up}", "numerator");
+        arrow("Up from a percent whole part goes to the numerator", "50% _ _", "wholepart", "{Up}", "numerator");
+        arrow("Down from the whole part goes to the denominator", "4 1 7", "wholepart", "{Down}", "denominator");
+        arrow("Down from a decimal whole part stays", "0.5 _ _", "wholepart", "{Down}", "wholepart");
+        arrow("Down from the numerator goes to the denominator", "4 1 7", "numerator", "{Down}", "denominator");
     }
 
     void typing()
@@ -96,6 +120,7 @@ private Q_SLOTS:
         QFETCH(QString, keys);
         QFETCH(QString, value);
         QFETCH(QString, focus);
+        QFETCH(QString, shown);
         QFETCH(QString, events);
         form f;
         QVERIFY(f.show());
@@ -104,6 +129,7 @@ private Q_SLOTS:
             // A click brings back the hidden whole part with the focus.
             QTest::mouseClick(f.control, Qt::LeftButton, {}, QPoint(2, 2));
         } else {
+            f.field(start)->show();
             f.field(start)->setFocus();
             type(QStringLiteral("{End}"));
         }
@@ -119,6 +145,8 @@ private Q_SLOTS:
         for (qsizetype i = 0; i < fields.size(); ++i) {
             QCOMPARE(fields[i]->text(), testsupport::value(*f.control).at(i));
             QVERIFY(fields[i]->width() >= fields[i]->fontMetrics().horizontalAdvance(fields[i]->text()));
+            if (shown != QLatin1String("*"))
+                QCOMPARE(fields[i]->isVisible(), shown.contains(QLatin1String("wnd").at(i)));
         }
         QVERIFY(m_messages.take().isEmpty());
     }
@@ -127,27 +155,24 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("clipboard");
         QTest::addColumn<QString>("field");
-        QTest::addColumn<QString>("how");
-        QTest::addColumn<QStringList>("value");
+        QTest::addColumn<QString>("keys"); // none: Paste from the field's menu
+        QTest::addColumn<QString>("value");
         QTest::addColumn<bool>("loaded");
-        QTest::newRow("fraction into the numerator") << "2/3" << "numerator" << "ctrl+v" << QStringList{"", "2", "3"}
-                                                     << true;
-        QTest::newRow("mixed number into the whole part") << " -1 2/3 " << "wholepart" << "shift+insert"
-                                                          << QStringList{"-1", "2", "3"} << true;
-        QTest::newRow("vulgar fraction from the menu") << "1\u2154" << "denominator" << "menu"
-                                                       << QStringList{"1", "2", "3"} << true;
-        QTest::newRow("a plain number pastes as text") << "25" << "numerator" << "ctrl+v"
-                                                       << QStringList{"4", "25", "7"} << false;
-        QTest::newRow("a decimal pastes as text") << "2.5" << "wholepart" << "ctrl+v" << QStringList{"2.5", "1", "7"}
-                                                  << false;
+        const auto row = [](const char *name, const QString &clipboard, const char *field, const char *keys,
+                            const char *value, bool loaded) { QTest::newRow(name) << clipboard << field << keys << value << loaded; };
+        row("fraction into the numerator", "2/3", "numerator", "{Ctrl+V}", "_ 2 3", true);
+        row("mixed number into the whole part", " -1 2/3 ", "wholepart", "{Shift+Ins}", "-1 2 3", true);
+        row("vulgar fraction from the menu", "1\u2154", "denominator", "", "1 2 3", true);
+        row("a plain number pastes as text", "25", "numerator", "{Ctrl+V}", "4 25 7", false);
+        row("a decimal pastes as text", "2.5", "wholepart", "{Ctrl+V}", "2.5 1 7", false);
     }
 
     void paste()
     {
         QFETCH(QString, clipboard);
         QFETCH(QString, field);
-        QFETCH(QString, how);
-        QFETCH(QStringList, value);
+        QFETCH(QString, keys);
+        QFETCH(QString, value);
         QFETCH(bool, loaded);
         form f;
         QVERIFY(f.show());
@@ -156,28 +181,19 @@ private Q_SLOTS:
         target->setFocus();
         target->selectAll();
         QSignalSpy spy(f.control, &fractioni::fractionvaluechanged);
-        if (how == QLatin1String("ctrl+v")) {
-            QTest::keyClick(static_cast<QWidget *>(nullptr), Qt::Key_V, Qt::ControlModifier);
-        } else if (how == QLatin1String("shift+insert")) {
-            QTest::keyClick(static_cast<QWidget *>(nullptr), Qt::Key_Insert, Qt::ShiftModifier);
-        } else {
+        if (keys.isEmpty()) {
             QContextMenuEvent menuevent(QContextMenuEvent::Keyboard, QPoint(1, 1), target->mapToGlobal(QPoint(1, 1)));
             QApplication::sendEvent(target, &menuevent);
-            auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
-            QVERIFY(menu);
-            const QString paste = QStringLiteral("\t") + QKeySequence(QKeySequence::Paste).toString(QKeySequence::NativeText);
-            const QList<QAction *> actions = menu->actions();
-            auto action = std::find_if(actions.begin(), actions.end(), [&](QAction *a) { return a->text().endsWith(paste); });
-            QVERIFY(action != actions.end());
-            (*action)->trigger();
-            menu->close();
+            QVERIFY(QApplication::activePopupWidget());
+            QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_P); // the menu's "&Paste"
         }
-        QCOMPARE(testsupport::value(*f.control), value);
+        type(keys);
+        QCOMPARE(testsupport::value(*f.control), testsupport::rec(value));
         if (loaded) {
             // Exactly the events of loading the record, none from inserting the text first.
             fractioni reference;
             QSignalSpy expected(&reference, &fractioni::fractionvaluechanged);
-            reference.loadfraction(value);
+            reference.loadfraction(testsupport::rec(value));
             QCOMPARE(testsupport::events(spy), testsupport::events(expected));
         }
     }
@@ -188,12 +204,11 @@ private Q_SLOTS:
         QVERIFY(f.show());
         f.control->setWholepartvalue(QStringLiteral("-2"));
         f.field(QStringLiteral("numerator"))->setFocus();
-        f.field(QStringLiteral("numerator"))->deselect();
-        QTest::keyClick(static_cast<QWidget *>(nullptr), Qt::Key_C, Qt::ControlModifier);
+        type(QStringLiteral("{End}{Ctrl+C}"));
         QCOMPARE(QApplication::clipboard()->text(), QStringLiteral("-2 1/7"));
         // With a selection, the selection is copied as usual.
         f.field(QStringLiteral("numerator"))->selectAll();
-        QTest::keyClick(static_cast<QWidget *>(nullptr), Qt::Key_C, Qt::ControlModifier);
+        type(QStringLiteral("{Ctrl+C}"));
         QCOMPARE(QApplication::clipboard()->text(), QStringLiteral("1"));
     }
 
