@@ -39,11 +39,12 @@ void type(const QString &keys)
     static const QRegularExpression token(QStringLiteral("\\{([\\w+]+)\\}|."));
     for (auto it = token.globalMatch(keys); it.hasNext();) {
         const QRegularExpressionMatch m = it.next();
-        const QKeyCombination named = QKeySequence::fromString(m.captured(1))[0];
-        if (m.hasCaptured(1))
+        if (m.hasCaptured(1)) {
+            const QKeyCombination named = QKeySequence::fromString(m.captured(1))[0];
             QTest::keyClick(static_cast<QWidget *>(nullptr), named.key(), named.keyboardModifiers());
-        else
+        } else {
             QTest::keyClick(static_cast<QWidget *>(nullptr), m.captured(0).at(0).toLatin1());
+        }
     }
 }
 
