@@ -174,10 +174,9 @@ private Q_SLOTS:
         QTest::addColumn<int>("kind");
         QTest::addColumn<int>("error");
         const std::pair<const char *, int> cases[]{
-            {"list of controls", 0}, {"array of objects", 0},
-            {"object with Count and Item", 0}, {"map with Count", 0}, {"nothing", 91}, {"a list holding a number", 13},
-            {"a list holding no control", 91}, {"an empty list", 9}, {"a single control", 13},
-            {"an object without items", 13}, {"a text", 13}, {"a percent item without a result", 9},
+            {"list of controls", 0}, {"array of objects", 0}, {"object with Count and Item", 0}, {"map with Count", 0},
+            {"nothing", 91}, {"a list holding a number", 13}, {"a list holding no control", 91}, {"an empty list", 9},
+            {"a single control", 13}, {"an object without items", 13}, {"a text", 13}, {"a percent item without a result", 9},
         };
         for (int i = 0; i < int(std::size(cases)); ++i)
             QTest::newRow(cases[i].first) << i << cases[i].second;
