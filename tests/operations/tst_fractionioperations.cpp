@@ -75,12 +75,9 @@ QVariant object(QObject *item)
 // A conversion of the control's own value; with Autoreplace, the events of the load.
 struct conversion
 {
-    QStringList before;
-    QString name;
-    int argument;
-    QStringList result;
-    int error;
-    QString message;
+    QStringList before, result;
+    QString name, message;
+    int argument, error;
     rows loads;
 };
 
@@ -88,12 +85,10 @@ struct conversion
 // that load it into \a a, what \a a shows afterwards.
 struct twooperands
 {
-    QString name;
+    QString name, message, decimal;
     QStringList a, b, result, bafter;
     bool autoreplace;
     int error;
-    QString message;
-    QString decimal;
 };
 
 } // namespace
@@ -120,7 +115,7 @@ private Q_SLOTS:
         QTest::addColumn<conversion>("c");
         const auto row = [](const char *name, QStringList before, const char *method, int argument, QStringList result,
                             int error = 0, const char *message = "", rows loads = {}) {
-            QTest::newRow(name) << conversion{before, method, argument, result, error, message, loads};
+            QTest::newRow(name) << conversion{before, result, method, message, argument, error, loads};
         };
         const rows noload{QStringList()}; // Autoreplace set, nothing loaded
         row("expand by 0 changes nothing", {"", "1", "2"}, "expand", 0, {"", "1", "2"});
@@ -245,7 +240,7 @@ private Q_SLOTS:
         const auto row = [](const char *name, const char *method, QStringList a, QStringList b, QStringList result,
                             QStringList bafter = {}, bool autoreplace = true, int error = 0, const char *message = "",
                             const char *decimal = ".") {
-            QTest::newRow(name) << twooperands{method, a, b, result, bafter, autoreplace, error, message, decimal};
+            QTest::newRow(name) << twooperands{method, message, decimal, a, b, result, bafter, autoreplace, error};
         };
         // None of the methods returning a record loads it anywhere, whatever Autoreplace says.
         row("5 - +2", "subtractfractions", {"5", "", ""}, {"+2", "", ""}, {"", "3", "1"});

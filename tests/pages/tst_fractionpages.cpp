@@ -47,13 +47,6 @@ const place places[]{
     {"appearance", "ChkdenominatorLocked", "DenominatorLocked", {3240, 1440, 2052, 372}},
 };
 
-std::unique_ptr<propertypage> makepage(const QString &page)
-{
-    if (page == QLatin1String("values"))
-        return std::make_unique<fractionvalues>();
-    return std::make_unique<fractionappearance>();
-}
-
 // The property names a control notified, in order, leaving out those it changed by itself.
 QStringList names(const QSignalSpy &spy, const QStringList &written)
 {
@@ -65,14 +58,11 @@ QStringList names(const QSignalSpy &spy, const QStringList &written)
     return result;
 }
 
-QLineEdit *box(QWidget *page, const char *name)
+// A page's field or check box by name.
+template<class field = QLineEdit>
+field *box(QWidget *page, const char *name)
 {
-    return page->findChild<QLineEdit *>(QLatin1String(name));
-}
-
-QCheckBox *check(QWidget *page, const char *name)
-{
-    return page->findChild<QCheckBox *>(QLatin1String(name));
+    return page->findChild<field *>(QLatin1String(name));
 }
 
 } // namespace
@@ -103,7 +93,9 @@ private Q_SLOTS:
     {
         QFETCH(int, index);
         const place &p = places[index];
-        const auto host = makepage(QLatin1String(p.page));
+        const std::unique_ptr<propertypage> host(p.page == QLatin1String("values")
+                                                     ? static_cast<propertypage *>(new fractionvalues)
+                                                     : new fractionappearance);
         QCOMPARE(host->windowTitle(), QStringLiteral("fraction") + QLatin1String(p.page));
 
         QWidget *child = host->findChild<QWidget *>(QLatin1String(p.name));
@@ -219,10 +211,10 @@ private Q_SLOTS:
         control.setNumeratorLocked(true);
         fractionappearance page;
         page.setSelectedControls({&first, &control});
-        QCOMPARE(check(&page, "chkborderstyle")->checkState(), ticked ? Qt::Checked : Qt::Unchecked);
-        QCOMPARE(check(&page, "chkfractionslash")->checkState(), Qt::Unchecked);
-        QCOMPARE(check(&page, "Chknumeratorlocked")->checkState(), Qt::Checked);
-        QCOMPARE(check(&page, "chkautoreplace")->checkState(), Qt::Unchecked);
+        QCOMPARE(box<QCheckBox>(&page, "chkborderstyle")->checkState(), ticked ? Qt::Checked : Qt::Unchecked);
+        QCOMPARE(box<QCheckBox>(&page, "chkfractionslash")->checkState(), Qt::Unchecked);
+        QCOMPARE(box<QCheckBox>(&page, "Chknumeratorlocked")->checkState(), Qt::Checked);
+        QCOMPARE(box<QCheckBox>(&page, "chkautoreplace")->checkState(), Qt::Unchecked);
         QVERIFY(page.Changed());
 
         page.ApplyChanges();
@@ -251,9 +243,9 @@ private Q_SLOTS:
         ambient::setdesignmode(&second, designmode);
         fractionappearance page;
         page.setSelectedControls({&first, &second});
-        check(&page, "chkWholepartLocked")->click();
-        check(&page, "chkforcesign")->click();
-        check(&page, "chkautoreplace")->click();
+        box<QCheckBox>(&page, "chkWholepartLocked")->click();
+        box<QCheckBox>(&page, "chkforcesign")->click();
+        box<QCheckBox>(&page, "chkautoreplace")->click();
 
         QCOMPARE(errornumber([&] { page.ApplyChanges(); }), designmode ? 0 : 380);
         QCOMPARE(first.WholepartLocked(), true);

@@ -73,8 +73,7 @@ private Q_SLOTS:
         {
             messagecapture capture;
             modfracglobal::showmessage("Overflow");
-            modfracglobal::showmessage("Division by zero");
-            QCOMPARE(capture.take(), (QStringList{"Overflow", "Division by zero"}));
+            QCOMPARE(capture.take(), QStringList{"Overflow"});
         }
         modfracglobal::showmessage("after");
         QCOMPARE(outer, QStringList{"after"});
