@@ -23,16 +23,10 @@ class tst_fractionabout : public QObject
 {
     Q_OBJECT
 
-    std::vector<std::string> m_messages;
     QByteArray m_path = qgetenv("PATH");
 
 private Q_SLOTS:
     void initTestCase() { QLocale::setDefault(QLocale::c()); }
-    void init()
-    {
-        m_messages.clear();
-        modfracglobal::setmessagesink([this](const std::string &text) { m_messages.push_back(text); });
-    }
     void cleanup()
     {
         modfracglobal::setmessagesink({});
@@ -139,13 +133,15 @@ private Q_SLOTS:
         }
         qputenv("PATH", QFile::encodeName(bin.path()));
 
+        std::vector<std::string> messages;
+        modfracglobal::setmessagesink([&messages](const std::string &text) { messages.push_back(text); });
         frmAbout about;
         about.findChild<QPushButton *>(QStringLiteral("cmdSysInfo"))->click();
         if (executable) {
             QTRY_VERIFY(QFile::exists(marker));
-            QVERIFY(m_messages.empty());
+            QVERIFY(messages.empty());
         } else {
-            QCOMPARE(m_messages, std::vector<std::string>{"System Information Is Unavailable At This Time"});
+            QCOMPARE(messages, std::vector<std::string>{"System Information Is Unavailable At This Time"});
         }
     }
 };
