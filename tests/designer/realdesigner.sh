@@ -14,8 +14,8 @@ for form in "$@"; do
   QT_QPA_PLATFORM=xcb XDG_CONFIG_HOME="$work/config" QT_PLUGIN_PATH="$plugins:$probe" KEL_PROBE_OUT="$work/report.txt" \
     timeout 90 xvfb-run -a "$designer" "$work/$(basename "$form")" >"$work/designer.log" 2>&1
   report="$(cat "$work/report.txt" 2>/dev/null)"
-  # The title has no "*", the form is not dirty and there is nothing to undo.
-  if [[ -z "$report" || "$report" == *"*"* || "$report" != *" dirty 0 undo 0" ]]; then
+  # The form is not dirty and there is nothing to undo.
+  if [[ "$report" != *" dirty 0 undo 0" ]]; then
     echo "FAIL $form: ${report:-Designer gave no report}"; cat "$work/designer.log"; status=1
   else
     echo "PASS $form: $report"

@@ -12,16 +12,6 @@
 #include <QUndoStack>
 #include <QWidget>
 
-namespace {
-
-QString shown(const QWidget *window)
-{
-    QString title = window->windowTitle();
-    return title.replace(QLatin1String("[*]"), window->isWindowModified() ? QStringLiteral("*") : QString());
-}
-
-} // namespace
-
 class designerprobe : public QObject, public QDesignerCustomWidgetInterface
 {
     Q_OBJECT
@@ -56,18 +46,15 @@ public:
     }
 
 private:
-    // One line per form window: its title as shown, dirty flag and number of undo steps.
+    // One line per form window: its name, dirty flag and number of undo steps.
     void report(QDesignerFormWindowManagerInterface *forms)
     {
         QFile out(qEnvironmentVariable("KEL_PROBE_OUT"));
         if (out.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
             for (int i = 0; i < forms->formWindowCount(); ++i) {
                 QDesignerFormWindowInterface *form = forms->formWindow(i);
-                QWidget *frame = form;
-                while (frame->parentWidget() && !frame->isWindow() && frame->windowTitle().isEmpty())
-                    frame = frame->parentWidget();
                 out.write(QStringLiteral("%1 dirty %2 undo %3\n")
-                              .arg(shown(frame)).arg(form->isDirty()).arg(form->commandHistory()->count()).toUtf8());
+                              .arg(form->fileName()).arg(form->isDirty()).arg(form->commandHistory()->count()).toUtf8());
             }
         }
         out.close();
