@@ -7,7 +7,7 @@
 #include "ambient.h"
 #include "automationerror.h"
 #include "fractioni.h"
-#include "messagesink.h"
+#include "messageboxsink.h"
 #include "propertypagedialog.h"
 
 #include <QtDesigner/QDesignerComponents>
@@ -33,8 +33,6 @@
 #include <QUndoStack>
 
 #include <memory>
-#include <string>
-#include <vector>
 
 using kelfractionint::fractioni;
 using kelfractionint::propertypagedialog;
@@ -125,17 +123,11 @@ private Q_SLOTS:
     void initTestCase()
     {
         QLocale::setDefault(QLocale::c());
-        modfracglobal::setmessagesink([this](const std::string &text) { m_messages.push_back(text); });
         QDesignerComponents::initializeResources();
         m_core = QDesignerComponents::createFormEditor(this);
         m_core->setIntegration(new QDesignerIntegration(m_core, m_core));
         QDesignerComponents::createTaskMenu(m_core, m_core);
         QDesignerComponents::initializePlugins(m_core);
-    }
-
-    void cleanupTestCase()
-    {
-        modfracglobal::setmessagesink({});
     }
 
     // A control on a grey form given every property in Designer is saved so that Designer,
@@ -275,9 +267,9 @@ private Q_SLOTS:
         QCoreApplication::processEvents();
 
         // A forbidden combination at design time is a message, not an error.
-        m_messages.clear();
+        m_messages.take();
         second->setForcesign(true);
-        QCOMPARE(m_messages, std::vector<std::string>{"Usereditable and forcesign can't be True simultaneously"});
+        QCOMPARE(m_messages.take(), QStringList{"Usereditable and forcesign can't be True simultaneously"});
 
         const QString contents = form->contents();
         QVERIFY(contents.contains(QLatin1String("<string notr=\"true\">9</string>")));
@@ -320,7 +312,7 @@ private:
     QDesignerFormWindowInterface *openform(const QString &contents);
 
     QDesignerFormEditorInterface *m_core = nullptr;
-    std::vector<std::string> m_messages;
+    kelfractionint::messagecapture m_messages;
 };
 
 QDesignerFormWindowInterface *tst_fractionidesigner::openform(const QString &contents)

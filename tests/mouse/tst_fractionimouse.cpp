@@ -4,7 +4,7 @@
 
 #include "automationerror.h"
 #include "fractioni.h"
-#include "messagesink.h"
+#include "messageboxsink.h"
 #include "twips.h"
 
 #include <QImage>
@@ -53,6 +53,7 @@ class tst_fractionimouse : public QObject
     Q_OBJECT
 
     std::unique_ptr<form> m_form;
+    kelfractionint::messagecapture m_quiet;
 
     fractioni *showncontrol()
     {
@@ -63,8 +64,6 @@ class tst_fractionimouse : public QObject
     }
 
 private Q_SLOTS:
-    void initTestCase() { modfracglobal::setmessagesink([](const std::string &) {}); }
-    void cleanupTestCase() { modfracglobal::setmessagesink({}); }
     void init()
     {
         testsupport::pinlocale();

@@ -5,7 +5,7 @@
 #include "automationerror.h"
 #include "fractioni.h"
 #include "fractionidispatch.h"
-#include "messagesink.h"
+#include "messageboxsink.h"
 
 #include <QTest>
 
@@ -100,15 +100,10 @@ class tst_fractionioperations : public QObject
 {
     Q_OBJECT
 
-    QStringList m_messages;
+    kelfractionint::messagecapture m_messages;
 
 private Q_SLOTS:
-    void init() { testsupport::pinlocale(); m_messages.clear(); }
-    void initTestCase()
-    {
-        modfracglobal::setmessagesink([this](const std::string &text) { m_messages << QString::fromStdString(text); });
-    }
-    void cleanupTestCase() { modfracglobal::setmessagesink({}); }
+    void init() { testsupport::pinlocale(); m_messages.take(); }
 
     void conversions_data()
     {
@@ -146,7 +141,7 @@ private Q_SLOTS:
         if (c.error == 0)
             QCOMPARE(result, c.result);
         // The engine reports inner failures first; the last report is the operation's own.
-        QCOMPARE(m_messages.isEmpty() ? QString() : m_messages.last(), c.message);
+        QCOMPARE(m_messages.messages().isEmpty() ? QString() : m_messages.messages().last(), c.message);
         QCOMPARE(events(spy), loads);
         QCOMPARE(value(*control), loads.isEmpty() ? c.before : loads.last().mid(5));
     }
@@ -208,7 +203,7 @@ private Q_SLOTS:
         QCOMPARE(value(*a), (QStringList{"1", "1", "2"}));
         QCOMPARE(value(*good), (QStringList{"0.5", "", ""}));
         QCOMPARE(value(*odd), (QStringList{"5%3", "", ""}));
-        QCOMPARE(m_messages, QStringList());
+        QCOMPARE(m_messages.messages(), QStringList());
     }
 
     void itemsconvertthemselves()
@@ -279,7 +274,7 @@ private Q_SLOTS:
         QCOMPARE(errornumber([&] { result = call(host, t.name, {object(a.get()), object(b.get())}); }), t.error);
         if (!into)
             QCOMPARE(result, t.result);
-        QCOMPARE(m_messages, t.message.isEmpty() ? QStringList() : QStringList{t.message});
+        QCOMPARE(m_messages.messages(), t.message.isEmpty() ? QStringList() : QStringList{t.message});
         QCOMPARE(value(*a), into ? t.result : t.a);
         QCOMPARE(spy.count(), value(*a) == t.a ? 0 : 3);
         QCOMPARE(value(*b), t.bafter.isEmpty() ? t.b : t.bafter);

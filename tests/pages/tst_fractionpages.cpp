@@ -6,7 +6,7 @@
 #include "fractionvalues.h"
 #include "propertypagedialog.h"
 
-#include "messagesink.h"
+#include "messageboxsink.h"
 
 #include <QCheckBox>
 #include <QLineEdit>
@@ -15,8 +15,6 @@
 
 #include <algorithm>
 #include <memory>
-#include <string>
-#include <vector>
 
 using namespace kelfractionint;
 using testsupport::errornumber;
@@ -71,16 +69,14 @@ class tst_fractionpages : public QObject
 {
     Q_OBJECT
 
-    std::vector<std::string> m_messages;
+    kelfractionint::messagecapture m_messages;
 
 private Q_SLOTS:
-    void initTestCase()
+    void init()
     {
         testsupport::pinlocale();
-        modfracglobal::setmessagesink([this](const std::string &text) { m_messages.push_back(text); });
+        m_messages.take();
     }
-    void init() { m_messages.clear(); }
-    void cleanupTestCase() { modfracglobal::setmessagesink({}); }
 
     void layout_data()
     {
@@ -185,7 +181,7 @@ private Q_SLOTS:
 
         QCOMPARE(errornumber([&] { page.ApplyChanges(); }), error);
         QCOMPARE(value(control), expected);
-        QVERIFY(m_messages.empty());
+        QVERIFY(m_messages.take().isEmpty());
     }
 
     // The last selected control's states are shown (there is no mixed state) and written to all.
@@ -253,8 +249,8 @@ private Q_SLOTS:
         QCOMPARE(first.Autoreplace(), designmode);
         QCOMPARE(second.WholepartLocked(), designmode);
         QCOMPARE(second.Autoreplace(), designmode);
-        const std::vector<std::string> conflict(2, "Usereditable and forcesign can't be True simultaneously");
-        QCOMPARE(m_messages, designmode ? conflict : std::vector<std::string>());
+        const QStringList conflict(2, QStringLiteral("Usereditable and forcesign can't be True simultaneously"));
+        QCOMPARE(m_messages.take(), designmode ? conflict : QStringList());
     }
 
     void latebinding()
@@ -299,7 +295,7 @@ private Q_SLOTS:
         dialog.accept();
         QVERIFY(dialog.isVisible());
         QVERIFY(values->Changed());
-        QCOMPARE(m_messages, std::vector<std::string>{"Invalid property value"});
+        QCOMPARE(m_messages.take(), QStringList{"Invalid property value"});
 
         box(values, "txtwholepartvalue")->setText(QStringLiteral("-3"));
         dialog.accept();
@@ -307,11 +303,11 @@ private Q_SLOTS:
         QCOMPARE(control.Wholepartvalue(), QStringLiteral("-3"));
 
         // A selection the pages cannot read is reported, and Apply stays off.
-        m_messages.clear();
+        m_messages.take();
         propertypagedialog empty;
         empty.addpage(new fractionvalues);
         empty.setSelectedControls({});
-        QCOMPARE(m_messages, std::vector<std::string>{"Subscript out of range"});
+        QCOMPARE(m_messages.take(), QStringList{"Subscript out of range"});
         QVERIFY(!empty.applybutton()->isEnabled());
     }
 };
