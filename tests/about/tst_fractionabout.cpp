@@ -4,16 +4,13 @@
 #include "sysinfo.h"
 
 #include "automationerror.h"
-#include "messagesink.h"
+#include "messageboxsink.h"
 
 #include <QFile>
 #include <QLabel>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
-
-#include <string>
-#include <vector>
 
 using kelfractionint::frmAbout;
 namespace resstrings = kelfractionint::resstrings;
@@ -27,11 +24,7 @@ class tst_fractionabout : public QObject
 
 private Q_SLOTS:
     void initTestCase() { QLocale::setDefault(QLocale::c()); }
-    void cleanup()
-    {
-        modfracglobal::setmessagesink({});
-        qputenv("PATH", m_path);
-    }
+    void cleanup() { qputenv("PATH", m_path); }
 
     // The resource strings (by id) and the captions of the box (by child name, or its window
     // title), each as it must read; a missing string raises 326.
@@ -133,15 +126,14 @@ private Q_SLOTS:
         }
         qputenv("PATH", QFile::encodeName(bin.path()));
 
-        std::vector<std::string> messages;
-        modfracglobal::setmessagesink([&messages](const std::string &text) { messages.push_back(text); });
+        kelfractionint::messagecapture messages;
         frmAbout about;
         about.findChild<QPushButton *>(QStringLiteral("cmdSysInfo"))->click();
         if (executable) {
             QTRY_VERIFY(QFile::exists(marker));
-            QVERIFY(messages.empty());
+            QVERIFY(messages.take().isEmpty());
         } else {
-            QCOMPARE(messages, std::vector<std::string>{"System Information Is Unavailable At This Time"});
+            QCOMPARE(messages.take(), QStringList{"System Information Is Unavailable At This Time"});
         }
     }
 };

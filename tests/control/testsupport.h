@@ -5,6 +5,7 @@
 #include "fractioni.h"
 #include "hostnumbers.h"
 
+#include <QLineEdit>
 #include <QLocale>
 #include <QSignalSpy>
 #include <QStringList>
@@ -48,6 +49,13 @@ inline QList<QStringList> evs(const QString &text)
 inline QStringList rec(const QString &text)
 {
     return evs(text).value(0);
+}
+
+// A part of a control by name: "wholepart", "numerator", "denominator" or, as a QWidget, "lblgrip".
+template <class part = QLineEdit>
+part *field(const QWidget *control, const char *name)
+{
+    return control->findChild<part *>(QLatin1String(name));
 }
 
 inline QStringList value(const kelfractionint::fractioni &control)

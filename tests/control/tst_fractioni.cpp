@@ -24,6 +24,7 @@
 using kelfractionint::fractioni;
 using kelfractionint::memorypropertybag;
 using testsupport::evs;
+using testsupport::field;
 using step = std::function<void(fractioni &)>;
 Q_DECLARE_METATYPE(step)
 
@@ -32,11 +33,6 @@ namespace {
 QStringList chars(const char *text)
 {
     return QString::fromLatin1(text).split(QString(), Qt::SkipEmptyParts);
-}
-
-QLineEdit *field(const fractioni &control, const QString &name)
-{
-    return control.findChild<QLineEdit *>(name);
 }
 
 const QStringList writerorder{
@@ -194,7 +190,7 @@ private Q_SLOTS:
         QCOMPARE(testsupport::errornumber([&] { control.loadfraction(QStringList{"1", "2"}); }), 9);
         QCOMPARE(spy.count(), 0);
         QCOMPARE(testsupport::value(control), (QStringList{"4", "1", "7"}));
-        QCOMPARE(field(control, QStringLiteral("wholepart"))->text(), QStringLiteral("4"));
+        QCOMPARE(field(&control, "wholepart")->text(), QStringLiteral("4"));
 
         control.setWholepartLocked(true);
         QSignalSpy changed(&control, &fractioni::propertychanged);
@@ -350,7 +346,7 @@ private Q_SLOTS:
         fractioni control;
         control.setWholeallowedchars(chars("0123456789\b"));
         control.setWholepartvalue(QStringLiteral("123"));
-        QLineEdit *wholepart = field(control, QStringLiteral("wholepart"));
+        QLineEdit *wholepart = field(&control, "wholepart");
         QSignalSpy returns(wholepart, &QLineEdit::returnPressed);
         wholepart->setCursorPosition(0);
         QGuiApplication::clipboard()->clear();
@@ -393,7 +389,7 @@ private Q_SLOTS:
         QCOMPARE(accessible->text(QAccessible::Name), QStringLiteral("fraction"));
         control.loadfraction(QStringList{"-2", "1", "4"});
         QCOMPARE(accessible->text(QAccessible::Description), QStringLiteral("-2 1/4"));
-        QCOMPARE(field(control, QStringLiteral("wholepart"))->accessibleName(), QStringLiteral("whole part"));
+        QCOMPARE(field(&control, "wholepart")->accessibleName(), QStringLiteral("whole part"));
     }
 
     void roundtrip_data()
@@ -536,7 +532,7 @@ private Q_SLOTS:
         control.setFracType(fractioni::fracAlgebraic);
         control.setNumerallowedchars(QStringList{"a"});
         control.setNumeratorvalue(QString(40000, QLatin1Char('a')));
-        QLineEdit *numerator = field(control, QStringLiteral("numerator"));
+        QLineEdit *numerator = field(&control, "numerator");
         numerator->end(false);
         QKeyEvent event(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier, QStringLiteral("a"));
         QApplication::sendEvent(numerator, &event);

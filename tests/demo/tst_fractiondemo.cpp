@@ -37,14 +37,10 @@ using kelfractionint::demowindow;
 using kelfractionint::fractiondelegate;
 using kelfractionint::fractioni;
 using kelfractionint::scriptedrun::click;
+using testsupport::field;
 using testsupport::value;
 
 namespace {
-
-QLineEdit *field(fractioni *control, const char *name)
-{
-    return control->findChild<QLineEdit *>(QLatin1String(name));
-}
 
 // An operation from a button (or a shortcut when there is none) on the first and second operands.
 struct operation

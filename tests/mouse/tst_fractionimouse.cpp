@@ -15,13 +15,9 @@
 
 using kelfractionint::fractioni;
 using testsupport::errornumber;
+using testsupport::field;
 
 namespace {
-
-QWidget *child(fractioni *control, const char *name)
-{
-    return control->findChild<QWidget *>(QLatin1String(name));
-}
 
 // True when some pixel of \a area in \a image has \a colour (or, with \a other, another one).
 bool contains(const QImage &image, const QRect &area, const QColor &colour, bool other = false)
@@ -103,8 +99,8 @@ private Q_SLOTS:
         // A border opens a gap of two pixels between numerator and denominator.
         control->setBorderstyle(fractioni::borderstylefixed);
         control->setDenominatorvalue(denominator);
-        const QRect numer = child(control, "numerator")->geometry();
-        const QRect denom = child(control, "denominator")->geometry();
+        const QRect numer = field(control, "numerator")->geometry();
+        const QRect denom = field(control, "denominator")->geometry();
         QVERIFY(denom.top() > numer.top() + numer.height());
         const QPoint at((edge.x() ? numer.left() + numer.width() : numer.left()) + offset.x(),
                         (edge.y() ? denom.top() : numer.top() + numer.height()) + offset.y());
@@ -134,7 +130,7 @@ private Q_SLOTS:
         QVERIFY(control);
         QSignalSpy wholespy(control, &fractioni::wholepartclick);
         QSignalSpy otherspy(control, &fractioni::MouseDown);
-        QWidget *whole = child(control, "wholepart");
+        QWidget *whole = field(control, "wholepart");
         const QPoint centre = whole->rect().center();
 
         QTest::mouseClick(whole, Qt::LeftButton, {}, centre);
@@ -146,7 +142,7 @@ private Q_SLOTS:
         QTest::mouseRelease(whole, Qt::LeftButton, {}, centre);
         QCOMPARE(wholespy.count(), 2);
         for (const char *name : {"numerator", "denominator"})
-            QTest::mouseClick(child(control, name), Qt::LeftButton, {}, QPoint(1, 1));
+            QTest::mouseClick(field(control, name), Qt::LeftButton, {}, QPoint(1, 1));
         QCOMPARE(wholespy.count(), 2);
         QCOMPARE(otherspy.count(), 0);
 
@@ -155,8 +151,8 @@ private Q_SLOTS:
         whole->hide();
         QTest::mouseClick(control, Qt::LeftButton, {}, surface);
         QVERIFY(whole->isHidden());
-        child(control, "numerator")->hide();
-        child(control, "denominator")->hide();
+        field(control, "numerator")->hide();
+        field(control, "denominator")->hide();
         QTest::mouseClick(control, Qt::LeftButton, {}, surface);
         QVERIFY(!whole->isHidden());
         QCOMPARE(otherspy.count(), 2);
@@ -184,7 +180,7 @@ private Q_SLOTS:
         control->setFont(font);
         control->setUserresizeable(true);
         control->Refreshfraction();
-        QWidget *grip = child(control, "lblgrip");
+        QWidget *grip = field<QWidget>(control, "lblgrip");
         const QSize before = control->size();
         const double fontbefore = control->Font().pointSizeF();
         QSignalSpy valuespy(control, &fractioni::fractionvaluechanged);
@@ -235,14 +231,14 @@ private Q_SLOTS:
         QCOMPARE(image.size(), control->size());
         // Border, fields in their own colours, and the grip, as they are now.
         QCOMPARE(image.pixelColor(0, 0) != green, border == 1);
-        const QRect whole = child(control, "wholepart")->geometry();
+        const QRect whole = field(control, "wholepart")->geometry();
         QCOMPARE(image.pixelColor(whole.center().x(), whole.top()), red);
-        const QRect grip = child(control, "lblgrip")->geometry().adjusted(0, 0, -border, -border);
+        const QRect grip = field<QWidget>(control, "lblgrip")->geometry().adjusted(0, 0, -border, -border);
         QCOMPARE(contains(image, grip, green, true), border == 1);
         QVERIFY(!contains(image, whole, green));
         control->setNegforecolor(0x00FF00);
         control->changesign();
-        QVERIFY(contains(control->Picture().toImage(), child(control, "wholepart")->geometry(), green));
+        QVERIFY(contains(control->Picture().toImage(), field(control, "wholepart")->geometry(), green));
 
         // A control without area gives an empty picture, not an error.
         control->resize(0, 0);
@@ -274,7 +270,7 @@ private Q_SLOTS:
         QObject plain;
         QCOMPARE(errornumber([&] { control->setContainer(nullptr); }), 91);
         QCOMPARE(errornumber([&] { control->setContainer(&plain); }), 13);
-        QCOMPARE(errornumber([&] { control->setContainer(child(control, "numerator")); }), 5);
+        QCOMPARE(errornumber([&] { control->setContainer(field(control, "numerator")); }), 5);
         QCOMPARE(control->parentWidget(), m_form.get());
         QCOMPARE(changed.count(), 2);
     }
