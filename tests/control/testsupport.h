@@ -9,6 +9,7 @@
 #include <QLocale>
 #include <QSignalSpy>
 #include <QStringList>
+#include <QTest>
 
 #include <functional>
 
@@ -62,6 +63,22 @@ inline QStringList value(const kelfractionint::fractioni &control)
 {
     return {control.Wholepartvalue(), control.Numeratorvalue(), control.Denominatorvalue()};
 }
+
+// A control in a shown, active window, as a user meets it.
+struct form
+{
+    QWidget window;
+    kelfractionint::fractioni *control = new kelfractionint::fractioni(&window);
+
+    bool show()
+    {
+        window.resize(240, 120);
+        window.show();
+        window.activateWindow();
+        return QTest::qWaitForWindowActive(&window);
+    }
+    QLineEdit *field(const QString &name) const { return control->findChild<QLineEdit *>(name); }
+};
 
 // Puts every control into design mode while alive (a form designer's canvas).
 struct designtime

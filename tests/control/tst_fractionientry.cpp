@@ -13,25 +13,11 @@
 #include <QTest>
 
 using kelfractionint::fractioni;
+using testsupport::form;
 using step = std::function<void(fractioni &)>;
 Q_DECLARE_METATYPE(step)
 
 namespace {
-
-struct form
-{
-    QWidget window;
-    fractioni *control = new fractioni(&window);
-
-    bool show()
-    {
-        window.resize(240, 120);
-        window.show();
-        window.activateWindow();
-        return QTest::qWaitForWindowActive(&window);
-    }
-    QLineEdit *field(const QString &name) const { return control->findChild<QLineEdit *>(name); }
-};
 
 // Types \a keys on whatever has the focus; "{Name}" is a named key such as {Home} or {Ctrl+V}.
 void type(const QString &keys)

@@ -14,26 +14,12 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QTest>
-#include <QVBoxLayout>
 
 #include <cmath>
 
 using kelfractionint::fractioni;
 
 namespace {
-
-struct shown
-{
-    QWidget window;
-    fractioni *control;
-    shown() : control(new fractioni(&window))
-    {
-        auto *layout = new QVBoxLayout(&window);
-        layout->addWidget(control);
-        window.show();
-    }
-    QLineEdit *field(const char *name) const { return control->findChild<QLineEdit *>(QLatin1String(name)); }
-};
 
 struct inkrows
 {
@@ -121,8 +107,8 @@ private Q_SLOTS:
         QFETCH(bool, grip);
         QFETCH(bool, fracpartvisible);
 
-        shown s;
-        QVERIFY(QTest::qWaitForWindowExposed(&s.window));
+        testsupport::form s;
+        QVERIFY(s.show());
         fractioni &c = *s.control;
         c.setBorderstyle(fractioni::fracBorderstyle(border));
         c.setUserresizeable(grip);
@@ -179,8 +165,8 @@ private Q_SLOTS:
 
     void emptycontrol()
     {
-        shown s;
-        QVERIFY(QTest::qWaitForWindowActive(&s.window));
+        testsupport::form s;
+        QVERIFY(s.show());
         s.control->clearfraction();
         s.control->setNumeratorvalue(QString());
         QCOMPARE(s.control->width(), kelfractionint::twipstopixels(600, kelfractionint::twipsperpixelx(s.control)));
@@ -190,8 +176,8 @@ private Q_SLOTS:
 
     void zoom()
     {
-        shown s;
-        QVERIFY(QTest::qWaitForWindowExposed(&s.window));
+        testsupport::form s;
+        QVERIFY(s.show());
         fractioni &c = *s.control;
         const double size = QFontInfo(c.Font()).pointSizeF();
         const double tpy = kelfractionint::twipsperpixely(&c);
@@ -285,8 +271,8 @@ private Q_SLOTS:
         QFETCH(bool, slash);
         QFETCH(QStringList, record);
 
-        shown s;
-        QVERIFY(QTest::qWaitForWindowExposed(&s.window));
+        testsupport::form s;
+        QVERIFY(s.show());
         fractioni &c = *s.control;
         c.setBackcolor(0xFFFFFF);
         c.setPosforecolor(0x00C000);
