@@ -32,13 +32,13 @@ bool isdefault(const QVariant &value, const QVariant &fallback)
 }
 
 // Values are data, edited on one line and never translated.
-QString valuespecifications()
+QString valueentries()
 {
-    QString specs;
+    QString entries;
     for (const char *name : {"Wholepartvalue", "Numeratorvalue", "Denominatorvalue"})
-        specs += QStringLiteral("   <stringpropertyspecification name=\"%1\" notr=\"true\" type=\"singleline\"/>\n")
-                     .arg(QLatin1String(name));
-    return specs;
+        entries += QStringLiteral("   <stringpropertyspecification name=\"%1\" notr=\"true\" type=\"singleline\"/>\n")
+                       .arg(QLatin1String(name));
+    return entries;
 }
 
 } // namespace
@@ -105,7 +105,7 @@ QString fractioniplugin::domXml() const
                           "   <extends>QWidget</extends>\n"
                           "   <header>fractioni.h</header>\n"
                           "   <propertyspecifications>\n")
-        + valuespecifications()
+        + valueentries()
         + QStringLiteral("   </propertyspecifications>\n"
                           "  </customwidget>\n"
                           " </customwidgets>\n"
