@@ -13,14 +13,15 @@
 
 #include <functional>
 
-// Shared set-up of the control's tests: a pinned locale, and the events of a spy as rows of
-// eight texts.
+// Shared set-up of the widget tests: a pinned locale, values and events in a short notation, a
+// control's parts, a control in a shown window, design mode and the error a call raises.
 namespace testsupport {
 
-inline void pinlocale(const char *decimal = ".", const char *grouping = ",")
+// The grouping mark is the other one of "." and ",".
+inline void pinlocale(const char *decimal = ".")
 {
     QLocale::setDefault(QLocale::c());
-    modfracglobal::setnumberlocale({decimal, grouping});
+    modfracglobal::setnumberlocale({decimal, qstrcmp(decimal, ",") == 0 ? "." : ","});
 }
 
 inline QList<QStringList> events(const QSignalSpy &spy)
@@ -54,9 +55,9 @@ inline QStringList rec(const QString &text)
 
 // A part of a control by name: "wholepart", "numerator", "denominator" or, as a QWidget, "lblgrip".
 template <class part = QLineEdit>
-part *field(const QWidget *control, const char *name)
+part *field(const QWidget *control, const QString &name)
 {
-    return control->findChild<part *>(QLatin1String(name));
+    return control->findChild<part *>(name);
 }
 
 inline QStringList value(const kelfractionint::fractioni &control)
@@ -77,7 +78,7 @@ struct form
         window.activateWindow();
         return QTest::qWaitForWindowActive(&window);
     }
-    QLineEdit *field(const QString &name) const { return control->findChild<QLineEdit *>(name); }
+    QLineEdit *field(const QString &name) const { return testsupport::field(control, name); }
 };
 
 // Puts every control into design mode while alive (a form designer's canvas).

@@ -18,6 +18,7 @@
 #include <cmath>
 
 using kelfractionint::fractioni;
+using testsupport::field;
 
 namespace {
 
@@ -119,7 +120,7 @@ private Q_SLOTS:
         QLineEdit *whole = s.field("wholepart");
         QLineEdit *numer = s.field("numerator");
         QLineEdit *denom = s.field("denominator");
-        QWidget *lblgrip = c.findChild<QWidget *>(QStringLiteral("lblgrip"));
+        QWidget *lblgrip = field<QWidget>(&c, "lblgrip");
         QCOMPARE(!lblgrip->isHidden(), grip);
 
         // Sizes: each field exactly as large as its text, the two fraction fields share the wider width.
@@ -369,16 +370,14 @@ private Q_SLOTS:
         QCOMPARE(picture.size(), control->size() * dpr);
         const int edge = int(border * dpr);
         const int height = picture.height();
-        for (const char *name : {"wholepart", "numerator", "denominator"}) {
-            const auto *field = control->findChild<QLineEdit *>(QLatin1String(name));
+        const QLineEdit *whole = field(control, "wholepart"), *numer = field(control, "numerator"),
+                        *denom = field(control, "denominator");
+        for (const QLineEdit *field : {whole, numer, denom}) {
             if (field->isHidden() || field->text().isEmpty())
                 continue;
             // The columns of this field's text that no other field's text shares (with a border the
             // whole part and the fraction overlap by a gap).
             const QFontMetrics metrics(field->font());
-            const auto *whole = control->findChild<QLineEdit *>(QStringLiteral("wholepart"));
-            const auto *numer = control->findChild<QLineEdit *>(QStringLiteral("numerator"));
-            const auto *denom = control->findChild<QLineEdit *>(QStringLiteral("denominator"));
             int left = field->x();
             int right = field->x() + std::min(metrics.horizontalAdvance(field->text()), field->width());
             if (field == whole && !numer->isHidden())
@@ -391,13 +390,13 @@ private Q_SLOTS:
             const bool sharedright = field == whole && !numer->isHidden();
             left = std::max(edge, int(left * dpr) + (sharedleft ? 1 : 0));
             right = std::min(picture.width() - edge, int(right * dpr) - (sharedright ? 1 : 0));
-            const bool fromtop = qstrcmp(name, "denominator") != 0;
+            const bool fromtop = field != denom;
             const inkrows ink = fromtop ? block(picture, left, right, edge, height - edge, 1)
                                         : block(picture, left, right, height - 1 - edge, edge - 1, -1);
             const int origin = int(field->x() * dpr);
             const int alone = referenceheight(field, left - origin, right - origin);
             QVERIFY2(ink.count == alone, qPrintable(QStringLiteral("%1 \"%2\": %3 rows of ink, %4 when drawn alone")
-                                                        .arg(QLatin1String(name), field->text())
+                                                        .arg(field->objectName(), field->text())
                                                         .arg(ink.count)
                                                         .arg(alone)));
         }

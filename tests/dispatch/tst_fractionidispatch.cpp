@@ -7,8 +7,8 @@
 #include "messageboxsink.h"
 #include "typelibrary.h"
 
-#include <QMetaMethod>
 #include <QCryptographicHash>
+#include <QMetaMethod>
 #include <QTest>
 
 #include <memory>

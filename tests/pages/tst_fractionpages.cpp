@@ -18,6 +18,7 @@
 
 using namespace kelfractionint;
 using testsupport::errornumber;
+using testsupport::field;
 using testsupport::value;
 
 namespace {
@@ -54,13 +55,6 @@ QStringList names(const QSignalSpy &spy, const QStringList &written)
             result << arguments.at(0).toString();
     }
     return result;
-}
-
-// A page's field or check box by name.
-template<class field = QLineEdit>
-field *box(QWidget *page, const char *name)
-{
-    return page->findChild<field *>(QLatin1String(name));
 }
 
 } // namespace
@@ -171,13 +165,13 @@ private Q_SLOTS:
         QVERIFY(!page.Changed());
         QSignalSpy changed(&page, &propertypage::Changedchanged);
         page.setSelectedControls({&control, &second});
-        QCOMPARE(box(&page, "txtdenominatorvalue")->text(), QStringLiteral("7"));
+        QCOMPARE(field(&page, "txtdenominatorvalue")->text(), QStringLiteral("7"));
         // A freshly loaded page counts as changed.
         QCOMPARE(changed.count(), 1);
         QVERIFY(page.Changed());
-        box(&page, "txtwholepartvalue")->setText(typed.at(0));
-        box(&page, "txtnumeratorvalue")->setText(typed.at(1));
-        box(&page, "txtdenominatorvalue")->setText(typed.at(2));
+        field(&page, "txtwholepartvalue")->setText(typed.at(0));
+        field(&page, "txtnumeratorvalue")->setText(typed.at(1));
+        field(&page, "txtdenominatorvalue")->setText(typed.at(2));
 
         QCOMPARE(errornumber([&] { page.ApplyChanges(); }), error);
         QCOMPARE(value(control), expected);
@@ -207,10 +201,10 @@ private Q_SLOTS:
         control.setNumeratorLocked(true);
         fractionappearance page;
         page.setSelectedControls({&first, &control});
-        QCOMPARE(box<QCheckBox>(&page, "chkborderstyle")->checkState(), ticked ? Qt::Checked : Qt::Unchecked);
-        QCOMPARE(box<QCheckBox>(&page, "chkfractionslash")->checkState(), Qt::Unchecked);
-        QCOMPARE(box<QCheckBox>(&page, "Chknumeratorlocked")->checkState(), Qt::Checked);
-        QCOMPARE(box<QCheckBox>(&page, "chkautoreplace")->checkState(), Qt::Unchecked);
+        QCOMPARE(field<QCheckBox>(&page, "chkborderstyle")->checkState(), ticked ? Qt::Checked : Qt::Unchecked);
+        QCOMPARE(field<QCheckBox>(&page, "chkfractionslash")->checkState(), Qt::Unchecked);
+        QCOMPARE(field<QCheckBox>(&page, "Chknumeratorlocked")->checkState(), Qt::Checked);
+        QCOMPARE(field<QCheckBox>(&page, "chkautoreplace")->checkState(), Qt::Unchecked);
         QVERIFY(page.Changed());
 
         page.ApplyChanges();
@@ -239,9 +233,9 @@ private Q_SLOTS:
         ambient::setdesignmode(&second, designmode);
         fractionappearance page;
         page.setSelectedControls({&first, &second});
-        box<QCheckBox>(&page, "chkWholepartLocked")->click();
-        box<QCheckBox>(&page, "chkforcesign")->click();
-        box<QCheckBox>(&page, "chkautoreplace")->click();
+        field<QCheckBox>(&page, "chkWholepartLocked")->click();
+        field<QCheckBox>(&page, "chkforcesign")->click();
+        field<QCheckBox>(&page, "chkautoreplace")->click();
 
         QCOMPARE(errornumber([&] { page.ApplyChanges(); }), designmode ? 0 : 380);
         QCOMPARE(first.WholepartLocked(), true);
@@ -281,13 +275,13 @@ private Q_SLOTS:
 
         dialog.setSelectedControls({&control});
         QVERIFY(dialog.applybutton()->isEnabled());
-        box(values, "txtnumeratorvalue")->setText(QStringLiteral("6"));
+        field(values, "txtnumeratorvalue")->setText(QStringLiteral("6"));
         dialog.applybutton()->click();
         QCOMPARE(control.Numeratorvalue(), QStringLiteral("6"));
         QVERIFY(!dialog.applybutton()->isEnabled());
         QVERIFY(!values->Changed() && !appearance->Changed());
         // Typing changes the page.
-        QTest::keyClicks(box(values, "txtwholepartvalue"), QStringLiteral("x"));
+        QTest::keyClicks(field(values, "txtwholepartvalue"), QStringLiteral("x"));
         QVERIFY(values->Changed() && dialog.applybutton()->isEnabled());
 
         // A refused Apply keeps the dialog open and the page changed, and says why.
@@ -297,7 +291,7 @@ private Q_SLOTS:
         QVERIFY(values->Changed());
         QCOMPARE(m_messages.take(), QStringList{"Invalid property value"});
 
-        box(values, "txtwholepartvalue")->setText(QStringLiteral("-3"));
+        field(values, "txtwholepartvalue")->setText(QStringLiteral("-3"));
         dialog.accept();
         QVERIFY(!dialog.isVisible());
         QCOMPARE(control.Wholepartvalue(), QStringLiteral("-3"));

@@ -1,10 +1,6 @@
+#include "../control/testsupport.h"
 #include "scripthost.h"
 
-#include "fractioni.h"
-
-#include "hostnumbers.h"
-
-#include <QLocale>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
@@ -18,8 +14,7 @@ class tst_fractionscript : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        QLocale::setDefault(QLocale::c());
-        modfracglobal::setnumberlocale({".", ","});
+        testsupport::pinlocale();
         QVERIFY(m_runtime.isValid());
     }
 
