@@ -123,7 +123,8 @@ MODFRACGLOBAL_EXPORT FractionResult strdecimaltofrac(const FractionText &fractio
  *  beyond 32 bits, and then gives no result. */
 MODFRACGLOBAL_EXPORT FractionResult strparsefraction(std::string_view text);
 /*! The text strparsefraction() reads back into \a fraction: "-1 2/3", "2/3", "-2/3", "3";
- *  "0" for the empty value; a whole part without numerator alone ("5" for 5 0/1). */
+ *  "0" for the empty value; a whole part without numerator alone ("5" for 5 0/1, which reads
+ *  back without its denominator). */
 MODFRACGLOBAL_EXPORT std::string strformatfraction(const FractionText &fraction);
 /*! The fraction nearest to the value whose denominator lies between 1 and \a maxdenominator,
  *  reduced, as a mixed record ("3", "", "1" for a whole number, "", "", "1" for zero); on a tie
