@@ -96,44 +96,31 @@ private Q_SLOTS:
         about.show();
         about.findChild<QPushButton *>(QStringLiteral("cmdOK"))->click();
         QVERIFY(!about.isVisible());
-        QCOMPARE(about.result(), int(QDialog::Accepted));
     }
 
-    void sysinfobutton_data()
-    {
-        QTest::addColumn<QString>("installed"); // the one tool on the PATH, or none
-        QTest::newRow("no tool on the PATH") << QString();
-        QTest::newRow("hardinfo on the PATH") << QStringLiteral("hardinfo");
-    }
-
+    // No tool on the PATH gives the message; once one is there, the button starts it.
     void sysinfobutton()
     {
 #ifdef Q_OS_WIN
         QSKIP("Windows finds the tool through the registry");
 #endif
-        QFETCH(QString, installed);
-        const bool executable = !installed.isEmpty();
-
         QTemporaryDir bin;
-        const QString marker = bin.filePath(QStringLiteral("started"));
-        if (executable) {
-            QFile tool(bin.filePath(installed));
-            QVERIFY(tool.open(QIODevice::WriteOnly));
-            tool.write("#!/bin/sh\necho \"$0\" > '" + marker.toUtf8() + "'\n");
-            tool.close();
-            tool.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        }
         qputenv("PATH", QFile::encodeName(bin.path()));
-
         kelfractionint::messagecapture messages;
         frmAbout about;
-        about.findChild<QPushButton *>(QStringLiteral("cmdSysInfo"))->click();
-        if (executable) {
-            QTRY_VERIFY(QFile::exists(marker));
-            QVERIFY(messages.take().isEmpty());
-        } else {
-            QCOMPARE(messages.take(), QStringList{"System Information Is Unavailable At This Time"});
-        }
+        auto *button = about.findChild<QPushButton *>(QStringLiteral("cmdSysInfo"));
+        button->click();
+        QCOMPARE(messages.take(), QStringList{"System Information Is Unavailable At This Time"});
+
+        const QString marker = bin.filePath(QStringLiteral("started"));
+        QFile tool(bin.filePath(QStringLiteral("hardinfo")));
+        QVERIFY(tool.open(QIODevice::WriteOnly));
+        tool.write("#!/bin/sh\necho \"$0\" > '" + marker.toUtf8() + "'\n");
+        tool.close();
+        tool.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        button->click();
+        QTRY_VERIFY(QFile::exists(marker));
+        QVERIFY(messages.take().isEmpty());
     }
 };
 
