@@ -1,5 +1,5 @@
 // A Designer plugin used only by tests: once Designer has opened its form and gone idle, it
-// writes how each form window looks to the file named by KEL_PROBE_OUT and ends Designer
+// writes how its form window looks to the file named by KEL_PROBE_OUT and ends Designer
 // without asking to save.
 #include <QtDesigner/QDesignerFormEditorInterface>
 #include <QtDesigner/QDesignerFormWindowInterface>
@@ -40,24 +40,19 @@ public:
             if (!forms || forms->formWindowCount() == 0 || ++m_ticks < 10)
                 return; // let the form settle: queued work after loading runs first
             timer->stop();
-            report(forms);
+            report(forms->formWindow(0));
         });
         timer->start(100);
     }
 
 private:
-    // One line per form window: its name, dirty flag and number of undo steps.
-    void report(QDesignerFormWindowManagerInterface *forms)
+    // The form's name, dirty flag and number of undo steps.
+    void report(const QDesignerFormWindowInterface *form)
     {
         QFile out(qEnvironmentVariable("KEL_PROBE_OUT"));
-        if (out.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
-            for (int i = 0; i < forms->formWindowCount(); ++i) {
-                QDesignerFormWindowInterface *form = forms->formWindow(i);
-                out.write(QStringLiteral("%1 dirty %2 undo %3\n")
-                              .arg(form->fileName()).arg(form->isDirty()).arg(form->commandHistory()->count()).toUtf8());
-            }
-        }
-        out.close();
+        if (out.open(QIODevice::WriteOnly | QIODevice::Truncate))
+            out.write(QStringLiteral("%1 dirty %2 undo %3\n")
+                          .arg(form->fileName()).arg(form->isDirty()).arg(form->commandHistory()->count()).toUtf8());
         QCoreApplication::exit(0);
     }
 
