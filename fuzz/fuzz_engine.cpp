@@ -105,13 +105,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         sane(result);
     decimalsagree(a, amount);
 
-    // What is read is written back and read again unchanged; the nearest fraction is reduced,
+    // What is read is written back and read again unchanged, but for the denominator of a whole
+    // number with a zero numerator, which is written alone; the nearest fraction is reduced,
     // mixed and within its limit.
-    // A whole number with a zero numerator is written alone, so its denominator is not read back.
-    FractionResult parsed = strparsefraction(rest);
-    if (parsed && (*parsed)[1].empty() && !(*parsed)[0].empty() && (*parsed)[0] != "-")
-        (*parsed)[2].clear();
-    check(!parsed || strparsefraction(strformatfraction(*parsed)) == parsed);
+    FractionResult readback = strparsefraction(rest);
+    if (readback && (*readback)[1].empty() && !(*readback)[0].empty() && (*readback)[0] != "-")
+        (*readback)[2].clear();
+    check(!readback || strparsefraction(strformatfraction(*readback)) == readback);
     const std::int32_t limit = static_cast<std::int32_t>(control) * 8191 + 1;
     for (const FractionResult &nearest : {strapproximate(a, limit), strapproximate({fields[0], "", ""}, limit)}) {
         if (!nearest)

@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
 # Counts non-blank, non-comment lines of test code (tests/ and fuzz/) against
 # the rest of the code. Counted file types: C++ sources and headers (.cpp .h
-# .hpp .cc and .h.in templates), JavaScript (.js), CMake (CMakeLists.txt, .cmake), shell (.sh),
-# Python (.py) and Qt Designer forms (.ui). bench/, examples/, docs/, build
-# trees, Markdown and plain text, data and corpus files are left aside.
+# .hpp .cc and .h.in templates), JavaScript (.js), CMake (CMakeLists.txt,
+# .cmake), shell (.sh), Python (.py) and Qt Designer forms (.ui). bench/,
+# examples/, docs/, build trees, Markdown and plain text, data and corpus
+# files are left aside.
 set -euo pipefail
 root="$(cd "$(dirname "$0")/.." && pwd)"
 cd "$root"

@@ -371,8 +371,9 @@ private Q_SLOTS:
         auto *editor = table->findChild<fractioni *>();
         QVERIFY(editor);
         // F2 puts the caret in the editor's first part; typing over it replaces part by part.
-        QTRY_COMPARE(QApplication::focusWidget(), editor->findChild<QLineEdit *>(QStringLiteral("wholepart")));
-        editor->findChild<QLineEdit *>(QStringLiteral("wholepart"))->selectAll();
+        QLineEdit *wholepart = field(editor, "wholepart");
+        QTRY_COMPARE(QApplication::focusWidget(), wholepart);
+        wholepart->selectAll();
         for (const QChar c : keys)
             QTest::keyClick(static_cast<QWidget *>(nullptr), c.toLatin1());
         QTest::keyClick(static_cast<QWidget *>(nullptr), Qt::Key(end));
