@@ -1,6 +1,7 @@
 #include "fractioni.h"
 
 #include "ambient.h"
+#include "fractioniguard.h"
 #include "modfracglobal.h"
 #include "propertybag.h"
 #include "twips.h"
@@ -193,7 +194,7 @@ void fractioni::initialize(const propertybag *bag)
         // A value the control accepts is never cut short by its field.
         field->setMaxLength(std::numeric_limits<int>::max());
         field->installEventFilter(this);
-        connect(field, &QLineEdit::textEdited, this, [this, field] { fieldedited(field); });
+        connect(field, &QLineEdit::textEdited, this, [this, field] { eventguarded([&] { fieldedited(field); }); });
         *member = field;
     }
     lblgrip = new gripwidget(this);
@@ -225,10 +226,12 @@ void fractioni::initialize(const propertybag *bag)
     // font of the start would be laid out again for the zoom to the initial size.
     // A restored control starts from the empty value and takes only what its bag holds.
     m_fieldtextsdeferred = true;
-    if (bag)
-        ReadProperties(*bag);
-    else
-        InitProperties();
+    eventguarded([&] {
+        if (bag)
+            ReadProperties(*bag);
+        else
+            InitProperties();
+    });
     m_fieldtextsdeferred = false;
     setfieldtext(wholepart, m_wholepart);
     setfieldtext(numerator, m_numerator);
@@ -247,6 +250,11 @@ void fractioni::initialize(const propertybag *bag)
 fractioni::~fractioni() = default;
 
 void fractioni::InitProperties()
+{
+    guarded([&] { initproperties(); });
+}
+
+void fractioni::initproperties()
 {
     // The layout is computed once the font is known rather than after each assignment; the
     // font assignment below lays the control out with the values assigned so far.
@@ -278,6 +286,12 @@ void fractioni::InitProperties()
 }
 
 void fractioni::ReadProperties(const propertybag &bag)
+{
+    // The steps' errors are absorbed one by one: each step is a nested call of this one.
+    guarded([&] { readproperties(bag); });
+}
+
+void fractioni::readproperties(const propertybag &bag)
 {
     auto read = [&bag](const char *key, const QVariant &defaultvalue) {
         return bag.readproperty(QLatin1String(key), defaultvalue);

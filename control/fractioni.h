@@ -13,12 +13,14 @@
 #include <QWidget>
 
 #include <array>
+#include <type_traits>
 #include <optional>
 
 class QAction;
 class QContextMenuEvent;
 class QMenu;
 class QKeyEvent;
+class QMouseEvent;
 class QLineEdit;
 class QPainter;
 class QAccessibleInterface;
@@ -32,7 +34,13 @@ class propertybag;
  * sign, a numerator and a denominator, each held as text and shown in a frameless field of its
  * own (`wholepart`, `numerator`, `denominator`), with a slash or a bar drawn between numerator and
  * denominator and a grip (`lblgrip`) for resizing at run time. Layout is computed in twips and
- * applied in pixels. Run-time errors are raised as modfracglobal::automationerror.
+ * applied in pixels.
+ *
+ * No member raises a C++ exception. A member that fails changes nothing it has not already
+ * changed by the documented steps, records its automation error (lasterrornumber(),
+ * lasterrordescription()), emits errorreported() and returns. Each outermost call of a setter,
+ * invokable or slot clears the record first; getters leave it alone. A script engine that calls
+ * a member through newQObject gets the error as a script exception with a `number` property.
  */
 class FRACTIONI_EXPORT fractioni : public QWidget
 {
@@ -90,7 +98,8 @@ public:
     bool Forcesign() const { return m_forcesign; }
     bool Autoreplace() const { return m_autoreplace; }
     fractiontype FracType() const { return m_fractype; }
-    /*! The gcd of numerator and denominator, or -1 when either is empty. */
+    /*! The gcd of numerator and denominator, or -1 when either is empty. Parts that are no
+     *  numbers read as -1 here; a late-bound Get fails with the conversion's error in run mode. */
     qint32 Numerdenomgcd() const;
 
     // Appearance
@@ -107,7 +116,8 @@ public:
     bool Fracpartvisible() const { return m_fracpartvisible; }
 
     // Window
-    /*! Always raises error 91 (object variable not set), also after a Set. */
+    /*! Reads as nothing. A late-bound Get (by dispatch id or from the script host) fails with
+     *  error 91 (object variable not set) in run mode, also after a Set. */
     QObject *Container() const;
     /*! The native window id, truncated to 32 bits. */
     qint32 hWnd() const;
@@ -129,10 +139,10 @@ public:
     /*! Sets the denominator; refused texts are handled as for the numerator. Empty while the
      *  numerator is empty. */
     void setDenominatorvalue(const QString &value);
-    /*! Sets the whole part with its sign. A refused text raises 380 in run mode while the whole
+    /*! Sets the whole part with its sign. A refused text fails with 380 in run mode while the whole
      *  part is not locked, otherwise the current value is applied again. */
     void setWholepartvalue(const QString &value);
-    /*! Shows a "+" for positive values. Raises 380 in run mode (a message at design time) when set
+    /*! Shows a "+" for positive values. Fails with 380 in run mode (a message at design time) when set
      *  while the whole part is locked. */
     void setForcesign(bool value);
     void setAutoreplace(bool value);
@@ -142,7 +152,8 @@ public:
     void setFractionslash(bool value);
     void setBackcolor(quint32 value);
     void setUserresizeable(bool value);
-    /*! Raises 6 (overflow) for a value outside the 16-bit range. */
+    /*! Fails with 6 (overflow), changing nothing, for a value whose border the layout cannot
+     *  hold in 16 bits (beyond +-16382). */
     void setBorderstyle(fracBorderstyle value);
     void setNegforecolor(quint32 value);
     void setPosforecolor(quint32 value);
@@ -172,7 +183,7 @@ public:
     /*! Negates the value through the whole part's sign; returns the control. */
     Q_INVOKABLE kelfractionint::fractioni *changesign();
     /*! Loads a record (whole part, numerator, denominator): the caller's list receives the trimmed
-     *  texts. Raises 9 for fewer than three elements. Returns the control. */
+     *  texts. Fails with 9 for fewer than three elements. Returns the control. */
     kelfractionint::fractioni *loadfraction(QStringList &strarr);
     /*! The same for late-bound callers (scripts, QMetaObject::invokeMethod), which pass the record
      *  by value: script engines cannot bind a non-const reference. */
@@ -190,7 +201,7 @@ public:
     Q_INVOKABLE QStringList invert();
     Q_INVOKABLE QStringList multiplyfractions(const QVariant &objfracs);
     QStringList multiplyfractions(const QList<kelfractionint::fractioni *> &objfracs);
-    /*! Raises 11 when the divisor is empty. */
+    /*! Fails with 11 when the divisor is empty. */
     Q_INVOKABLE QStringList dividefractions(kelfractionint::fractioni *dividend, kelfractionint::fractioni *divisor);
     Q_INVOKABLE QStringList fractodecimal(qint32 noofdecimals);
     Q_INVOKABLE QStringList decimaltofrac();
@@ -202,8 +213,8 @@ public:
     /*! The value as people write it: "-1 2/3", "2/3", "-2/3", "3", and "0" when empty. */
     Q_INVOKABLE QString fractiontext() const;
     /*! Loads a fraction written as people write it ("1 2/3", "-2/3", "1⅔", "3") as loadfraction
-     *  does, and returns true; for any other text returns false and changes nothing. Raises
-     *  nothing: where the control refuses a part, that part keeps its value and it returns false. */
+     *  does, and returns true; for any other text returns false and changes nothing. Fails
+     *  never: where the control refuses a part, that part keeps its value and it returns false. */
     Q_INVOKABLE bool loadfractiontext(const QString &text);
     /*! Empties the value (whole part, denominator, numerator in that order); returns the control. */
     Q_INVOKABLE kelfractionint::fractioni *clearfraction();
@@ -218,6 +229,14 @@ public:
     Q_INVOKABLE void Refreshfraction();
     /*! True when \a testchar equals an element of Wholeallowedchars exactly. */
     Q_INVOKABLE bool wholecharallowed(const QString &testchar) const;
+
+    /*! The automation error number of the last failing member call (0 if it succeeded), as
+     *  automation callers receive it: 380 "Invalid property value", 6, 9, 11, 13, 28, 91, ... */
+    int lasterrornumber() const { return m_errornumber; }
+    /*! The standard description of that error ("Invalid property value", ...), empty if none. */
+    QString lasterrordescription() const { return m_errordescription; }
+    /*! Forgets the recorded error, for callers that check several calls at once. */
+    void clearlasterror();
 
     // Lifecycle with the container
     /*! Assigns the values of a new control (4 1/7, the container's colours and font, 600 x 600
@@ -243,6 +262,9 @@ Q_SIGNALS:
     void MouseDown(qint16 Button, qint16 Shift, float X, float Y);
     /*! A persisted property changed (the container's property-change notification). */
     void propertychanged(const QString &name);
+    /*! A member call failed with the automation error \a number ("Invalid property value", ...);
+     *  emitted once for the outermost call, after the error was recorded. */
+    void errorreported(int number, const QString &description);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -253,7 +275,28 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    friend struct dispatchaccess;
     void initialize(const propertybag *bag);
+    void initproperties();
+    void readproperties(const propertybag &bag);
+
+    // Error handling at the boundary (fractionierrors.cpp, fractioniguard.h)
+    class callscope;
+    enum class outcome { done, failed, gone };
+    template <typename F>
+    outcome runguarded(F &&body, bool clearsrecord);
+    template <typename F>
+    auto guarded(F &&body) -> std::invoke_result_t<F>;
+    template <typename R, typename F>
+    R guarded(R fallback, F &&body);
+    template <typename F>
+    bool eventguarded(F &&body);
+    template <typename F>
+    bool emitsafely(F &&emission);
+    template <typename F>
+    void deliver(F &&emission);
+    void reportfailure(int number, const QString &description);
+    qint32 checkednumerdenomgcd() const;
 
     // Value helpers
     static QStringList fractiontoarray(const fractioni *control);
@@ -320,7 +363,9 @@ private:
     class accessibleinterface;
     void paintseparator(QPainter &painter) const;
 
-    // Mouse on the fields and the grip, seen through eventFilter; true when consumed
+    // Keys and mouse on the fields and the grip, seen through eventFilter; true when consumed
+    bool filterevent(QObject *watched, QEvent *event);
+    void pressed(QMouseEvent *event);
     bool childmouseevent(QObject *watched, QEvent *event);
 
     // Child fields
@@ -379,6 +424,10 @@ private:
     QSize m_hintedsize;
     std::optional<layoutstate> m_lastlayout;
     double m_separatoroffset = 0;
+
+    // The error of the last failing call
+    int m_errornumber = 0;
+    QString m_errordescription;
 
     // Window and grip drag
     QPointer<QObject> m_container;

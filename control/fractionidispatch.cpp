@@ -1,7 +1,10 @@
 #include "fractionidispatch.h"
 
+#include "ambient.h"
 #include "fractioni.h"
 #include "hostnumbers.h"
+
+#include <QPointer>
 
 #include <QFont>
 #include <QMetaType>
@@ -16,6 +19,21 @@
 #include <string>
 
 namespace kelfractionint {
+
+// The getters that late-bound callers see failing, while Qt's own readers of the properties
+// (style sheets, designers) see values.
+struct dispatchaccess
+{
+    static QVariant container(const fractioni &control)
+    {
+        // Reading the container fails every time in run mode, also after it was set; hosts rely
+        // on the error.
+        if (ambient::usermode(&control))
+            throw modfracglobal::automationerror(modfracglobal::errnum::objectnotset);
+        return QVariant::fromValue<QObject *>(nullptr);
+    }
+    static qint32 numerdenomgcd(const fractioni &control) { return control.checkednumerdenomgcd(); }
+};
 
 namespace {
 
@@ -312,14 +330,10 @@ QVariant controlresult(fractioni *control)
 QVariant loadfractionbyreference(fractioni &control, QVariantList &args)
 {
     QStringList strarr = tostringarray(args, 0);
-    try {
-        fractioni *result = control.loadfraction(strarr);
-        args[0] = strarr;
-        return controlresult(result);
-    } catch (...) {
-        args[0] = strarr;
-        throw;
-    }
+    QPointer<fractioni> alive(&control);
+    fractioni *result = control.loadfraction(strarr);
+    args[0] = strarr;
+    return alive ? controlresult(result) : QVariant();
 }
 
 // The interface's table, in the order of its function table.
@@ -476,7 +490,7 @@ const dispmember members[] = {
      [](fractioni &c, QVariantList &a) -> QVariant { c.setDenominatorbackcolor(tocolor(a, 0)); return {}; }},
     {"Numerdenomgcd", invokekind::get, 0x6803000d, {}, 0, automationtype::longint,
      "",
-     [](fractioni &c, QVariantList &) -> QVariant { return c.Numerdenomgcd(); }},
+     [](fractioni &c, QVariantList &) -> QVariant { return dispatchaccess::numerdenomgcd(c); }},
     {"Autoreplace", invokekind::get, 0x6803000c, {}, 0, automationtype::boolean,
      "True means conversion operations on fractions automatically replace content in fraction.",
      [](fractioni &c, QVariantList &) -> QVariant { return c.Autoreplace(); }},
@@ -494,7 +508,7 @@ const dispmember members[] = {
      [](fractioni &c, QVariantList &) -> QVariant { c.Refreshfraction(); return {}; }},
     {"Container", invokekind::get, 0x6803000a, {}, 0, automationtype::object,
      "",
-     [](fractioni &c, QVariantList &) -> QVariant { return QVariant::fromValue(c.Container()); }},
+     [](fractioni &c, QVariantList &) -> QVariant { return dispatchaccess::container(c); }},
     {"Container", invokekind::set, 0x6803000a, {{"value", automationtype::object, false}}, 1, automationtype::none,
      "",
      [](fractioni &c, QVariantList &a) -> QVariant { c.setContainer(toobject(a, 0)); return {}; }},
@@ -696,8 +710,16 @@ QVariant dispinvoke(fractioni *control, qint32 dispid, invokekind kind, QVariant
                                 .arg(args.size() + 1)
                                 .arg(QString::fromLatin1(missing.name)));
     }
+    // The member records its error; the caller gets it raised, as automation raises it.
+    const QPointer<fractioni> target(control);
+    const automationcall scope;
+    control->clearlasterror();
     try {
-        return member->call(*control, args);
+        QVariant result = member->call(*control, args);
+        if (target && target->lasterrornumber() != 0)
+            throw modfracglobal::automationerror(target->lasterrornumber(),
+                                                 target->lasterrordescription().toStdString());
+        return result;
     } catch (const badargument &bad) {
         const dispparameter &parameter = member->parameters[bad.index];
         throw argumenterror(bad.number, QStringLiteral("%1: argument %2 (%3) must be %4")

@@ -101,6 +101,20 @@ private:
     QString m_detail;
 };
 
+/*!
+ * While one lives, members of the controls leave their errors in the record only (no script
+ * exception): the caller raises them itself, as dispinvoke does. Late-bound callers that reach
+ * members by name (the script host) use it.
+ */
+class FRACTIONI_EXPORT automationcall
+{
+public:
+    automationcall();
+    ~automationcall();
+    automationcall(const automationcall &) = delete;
+    automationcall &operator=(const automationcall &) = delete;
+};
+
 /*! The members of `_fractioni` in the order of the interface (a Get and its Let or Set are two
  *  rows sharing one dispatch id). */
 FRACTIONI_EXPORT std::span<const dispmember> fractionimembers();

@@ -2,6 +2,7 @@
 // fraction loads all three parts, and copying with nothing selected copies the whole value.
 #include "fractioni.h"
 
+#include "fractioniguard.h"
 #include "modfracglobal.h"
 
 #include <QAction>
@@ -49,16 +50,18 @@ QString fractioni::fractiontext() const
 
 bool fractioni::loadfractiontext(const QString &text)
 {
-    std::optional<QStringList> record = fractionof(text);
-    if (!record)
-        return false;
-    try {
-        loadfraction(*record);
-    } catch (const modfracglobal::automationerror &) {
-        // A part the control refuses keeps its value, as loadfraction leaves it.
-        return false;
-    }
-    return true;
+    return guarded([&]() -> bool {
+        std::optional<QStringList> record = fractionof(text);
+        if (!record)
+            return false;
+        try {
+            loadfraction(*record);
+        } catch (const modfracglobal::automationerror &) {
+            // A part the control refuses keeps its value, as loadfraction leaves it.
+            return false;
+        }
+        return true;
+    });
 }
 
 bool fractioni::typedmove(QLineEdit *field, const QKeyEvent *key)
@@ -120,7 +123,8 @@ bool fractioni::entrymenu(QLineEdit *field, const QContextMenuEvent *event)
     if (QAction *paste = pasteaction(menu)) {
         disconnect(paste, &QAction::triggered, nullptr, nullptr);
         connect(paste, &QAction::triggered, field, [this, field] {
-            if (!pastefraction(field))
+            bool pasted = true;
+            if (eventguarded([&] { pasted = pastefraction(field); }) && !pasted)
                 field->paste();
         });
     }

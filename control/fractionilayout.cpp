@@ -1,6 +1,7 @@
 // Layout in twips, painting, and the appearance properties.
 #include "fractioni.h"
 
+#include "fractioniguard.h"
 #include "ambient.h"
 #include "fractionipaint.h"
 #include "modfracglobal.h"
@@ -360,57 +361,78 @@ void fractioni::paintseparator(QPainter &painter) const
 
 void fractioni::fracsize(float fracwidth, float fracheight)
 {
-    if (fracwidth > 0 && fracheight > 0)
-        settwipsize(fracwidth, fracheight);
+    guarded([&] {
+        if (fracwidth > 0 && fracheight > 0)
+            settwipsize(fracwidth, fracheight);
+    });
 }
 
 void fractioni::Refreshfraction()
 {
-    wholepart->update();
-    numerator->update();
-    denominator->update();
-    resizeprocedure();
-    update();
+    guarded([&] {
+        wholepart->update();
+        numerator->update();
+        denominator->update();
+        resizeprocedure();
+        update();
+    });
 }
 
 void fractioni::setFractionslash(bool value)
 {
-    m_fractionslash = value;
-    closingsteps(QStringLiteral("Fractionslash"));
+    guarded([&] {
+        m_fractionslash = value;
+        closingsteps(QStringLiteral("Fractionslash"));
+    });
 }
 
 void fractioni::setBackcolor(quint32 value)
 {
-    m_backcolor = value;
-    closingsteps(QStringLiteral("Backcolor"));
+    guarded([&] {
+        m_backcolor = value;
+        closingsteps(QStringLiteral("Backcolor"));
+    });
 }
 
 void fractioni::setUserresizeable(bool value)
 {
-    m_userresizeable = value;
-    lblgrip->setVisible(value);
-    Q_EMIT propertychanged(QStringLiteral("Userresizeable"));
-    update();
+    guarded([&] {
+        m_userresizeable = value;
+        lblgrip->setVisible(value);
+        deliver([&] { Q_EMIT propertychanged(QStringLiteral("Userresizeable")); });
+        update();
+    });
 }
 
 void fractioni::setBorderstyle(fracBorderstyle value)
 {
-    m_borderstyle = fracBorderstyle(checked16(qint64(value)));
-    closingsteps(QStringLiteral("Borderstyle"));
+    guarded([&] {
+        // The layout computes with twice the border in 16 bits: a border it cannot hold is
+        // refused before it is stored, so that no later layout fails.
+        const qint64 border = qint64(value);
+        checked16(2 * std::abs(border) + 3);
+        checked16(2 * border);
+        m_borderstyle = value;
+        closingsteps(QStringLiteral("Borderstyle"));
+    });
 }
 
 void fractioni::setNegforecolor(quint32 value)
 {
-    m_negforecolor = value;
-    setWholepartvalue(m_wholepart);
-    closingsteps(QStringLiteral("Negforecolor"));
+    guarded([&] {
+        m_negforecolor = value;
+        setWholepartvalue(m_wholepart);
+        closingsteps(QStringLiteral("Negforecolor"));
+    });
 }
 
 void fractioni::setPosforecolor(quint32 value)
 {
-    m_posforecolor = value;
-    setWholepartvalue(m_wholepart);
-    closingsteps(QStringLiteral("Posforecolor"));
+    guarded([&] {
+        m_posforecolor = value;
+        setWholepartvalue(m_wholepart);
+        closingsteps(QStringLiteral("Posforecolor"));
+    });
 }
 
 namespace {
@@ -423,49 +445,59 @@ void setbackcolor(QLineEdit *field, quint32)
 
 void fractioni::setWholepartbackcolor(quint32 value)
 {
-    m_wholepartbackcolor = value;
-    setbackcolor(wholepart, value);
-    closingsteps(QStringLiteral("Wholepartbackcolor"));
+    guarded([&] {
+        m_wholepartbackcolor = value;
+        setbackcolor(wholepart, value);
+        closingsteps(QStringLiteral("Wholepartbackcolor"));
+    });
 }
 
 void fractioni::setNumeratorbackcolor(quint32 value)
 {
-    m_numeratorbackcolor = value;
-    setbackcolor(numerator, value);
-    closingsteps(QStringLiteral("Numeratorbackcolor"));
+    guarded([&] {
+        m_numeratorbackcolor = value;
+        setbackcolor(numerator, value);
+        closingsteps(QStringLiteral("Numeratorbackcolor"));
+    });
 }
 
 void fractioni::setDenominatorbackcolor(quint32 value)
 {
-    m_denominatorbackcolor = value;
-    setbackcolor(denominator, value);
-    closingsteps(QStringLiteral("Denominatorbackcolor"));
+    guarded([&] {
+        m_denominatorbackcolor = value;
+        setbackcolor(denominator, value);
+        closingsteps(QStringLiteral("Denominatorbackcolor"));
+    });
 }
 
 void fractioni::setFont(const QFont &value)
 {
-    const double size = pointsize(value);
-    setcontrolfont(this, value, size);
-    Q_EMIT propertychanged(QStringLiteral("Font"));
-    // The fields are sized for the new font at once, so that no text is clipped until the next
-    // re-layout.
-    resizeprocedure();
-    update();
+    guarded([&] {
+        const double size = pointsize(value);
+        setcontrolfont(this, value, size);
+        deliver([&] { Q_EMIT propertychanged(QStringLiteral("Font")); });
+        // The fields are sized for the new font at once, so that no text is clipped until the next
+        // re-layout.
+        resizeprocedure();
+        update();
+    });
 }
 
 void fractioni::setFracpartvisible(bool value)
 {
-    if (value) {
-        numerator->setVisible(true);
-        denominator->setVisible(true);
-    } else {
-        setNumeratorvalue(QString());
-        setDenominatorvalue(QString());
-        numerator->setVisible(false);
-        denominator->setVisible(false);
-    }
-    m_fracpartvisible = value;
-    closingsteps(QStringLiteral("Fracpartvisible"));
+    guarded([&] {
+        if (value) {
+            numerator->setVisible(true);
+            denominator->setVisible(true);
+        } else {
+            setNumeratorvalue(QString());
+            setDenominatorvalue(QString());
+            numerator->setVisible(false);
+            denominator->setVisible(false);
+        }
+        m_fracpartvisible = value;
+        closingsteps(QStringLiteral("Fracpartvisible"));
+    });
 }
 
 } // namespace kelfractionint

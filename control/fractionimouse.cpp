@@ -1,6 +1,7 @@
 // Mouse on the control: the click events, the separator band, and resizing through the grip.
 #include "fractioni.h"
 
+#include "fractioniguard.h"
 #include "modfracglobal.h"
 #include "twips.h"
 
@@ -51,6 +52,11 @@ void fractioni::mousePressEvent(QMouseEvent *event)
 {
     // The control handles its own presses; the form below it does not see them.
     event->accept();
+    eventguarded([&] { pressed(event); });
+}
+
+void fractioni::pressed(QMouseEvent *event)
+{
     const float x = float(event->position().x() * twipsperpixelx(this));
     const float y = float(event->position().y() * twipsperpixely(this));
     const QRectF numer = twiprect(numerator);
@@ -61,10 +67,10 @@ void fractioni::mousePressEvent(QMouseEvent *event)
     const bool inband = x >= numer.left() && x <= float(numer.left() + numer.width())
                      && y >= float(numer.top() + numer.height()) && y <= denomtop;
     if (inband) {
-        Q_EMIT separatorclick();
+        deliver([&] { Q_EMIT separatorclick(); });
         return;
     }
-    Q_EMIT MouseDown(buttoncode(event->button()), shiftcode(event->modifiers()), x, y);
+    deliver([&] { Q_EMIT MouseDown(buttoncode(event->button()), shiftcode(event->modifiers()), x, y); });
 }
 
 void fractioni::mouseReleaseEvent(QMouseEvent *event)
@@ -91,7 +97,7 @@ bool fractioni::childmouseevent(QObject *watched, QEvent *event)
             m_wholepartdoubleclick = true;
         else if (event->type() == QEvent::MouseButtonRelease && !m_wholepartdoubleclick
                  && wholepart->rect().contains(mouse->position().toPoint()))
-            Q_EMIT wholepartclick();
+            deliver([&] { Q_EMIT wholepartclick(); });
         return false;
     }
     if (watched != lblgrip)

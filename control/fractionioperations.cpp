@@ -1,6 +1,7 @@
 // The computing methods: conversions of the control's own value and arithmetic on other controls.
 #include "fractioni.h"
 
+#include "fractioniguard.h"
 #include "modfracglobal.h"
 
 #include <QMetaMethod>
@@ -301,75 +302,106 @@ QString flippedsign(const QString &whole)
 
 QStringList fractioni::reduce()
 {
-    return replaceifasked(this, totext(modfracglobal::strreduce(torecord(fractiontoarray(this)))));
+    return guarded([&]() -> QStringList {
+        return replaceifasked(this, totext(modfracglobal::strreduce(torecord(fractiontoarray(this)))));
+    });
 }
 
 QStringList fractioni::fractomixed()
 {
-    return replaceifasked(this, totext(modfracglobal::strfractomixed(torecord(fractiontoarray(this)))));
+    return guarded([&]() -> QStringList {
+        return replaceifasked(this, totext(modfracglobal::strfractomixed(torecord(fractiontoarray(this)))));
+    });
 }
 
 QStringList fractioni::expand(qint32 lngexpander)
 {
-    return replaceifasked(this,
-                          totext(modfracglobal::strexpand(torecord(fractiontoarray(this)), lngexpander)));
+    return guarded([&]() -> QStringList {
+        return replaceifasked(this,
+                              totext(modfracglobal::strexpand(torecord(fractiontoarray(this)), lngexpander)));
+    });
 }
 
 QStringList fractioni::mixedtofrac()
 {
-    return replaceifasked(this, totext(modfracglobal::strmixedtofrac(torecord(fractiontoarray(this)))));
+    return guarded([&]() -> QStringList {
+        return replaceifasked(this, totext(modfracglobal::strmixedtofrac(torecord(fractiontoarray(this)))));
+    });
 }
 
 QStringList fractioni::invert()
 {
-    return replaceifasked(this, totext(modfracglobal::strinvert(torecord(fractiontoarray(this)))));
+    return guarded([&]() -> QStringList {
+        return replaceifasked(this, totext(modfracglobal::strinvert(torecord(fractiontoarray(this)))));
+    });
 }
 
 QStringList fractioni::fractodecimal(qint32 noofdecimals)
 {
-    return replaceifasked(
-        this, totext(modfracglobal::strfractodecimal(torecord(fractiontoarray(this)), noofdecimals)));
+    return guarded([&]() -> QStringList {
+        return replaceifasked(
+            this, totext(modfracglobal::strfractodecimal(torecord(fractiontoarray(this)), noofdecimals)));
+    });
 }
 
 QStringList fractioni::approximate(qint32 maxdenominator)
 {
-    return replaceifasked(this,
-                          totext(modfracglobal::strapproximate(torecord(fractiontoarray(this)), maxdenominator)));
+    return guarded([&]() -> QStringList {
+        return replaceifasked(this,
+                              totext(modfracglobal::strapproximate(torecord(fractiontoarray(this)), maxdenominator)));
+    });
 }
 
 QStringList fractioni::decimaltofrac()
 {
-    return replaceifasked(this, totext(modfracglobal::strdecimaltofrac(torecord(fractiontoarray(this)))));
+    return guarded([&]() -> QStringList {
+        return replaceifasked(this, totext(modfracglobal::strdecimaltofrac(torecord(fractiontoarray(this)))));
+    });
 }
 
 QStringList fractioni::fractopercent(qint32 noofdecimals)
 {
-    const FractionResult decimal = modfracglobal::strfractodecimal(torecord(fractiontoarray(this)), noofdecimals);
-    // The engine has already reported why there is no decimal; there is no element 0 to scale.
-    if (!decimal)
-        fail(errnum::subscript);
-    FractionText record = *decimal;
-    // Rounded twice, as a decimal and then as a percentage, so one third at two decimals is 33%;
-    // hosts rely on it.
-    double percent = modfracglobal::texttodouble(record[0]) * 100;
-    percent = modfracglobal::roundtodecimals(percent, noofdecimals);
-    record[0] = modfracglobal::doubletotext(percent) + "%";
-    return replaceifasked(this, totext(record));
+    return guarded([&]() -> QStringList {
+        const FractionResult decimal = modfracglobal::strfractodecimal(torecord(fractiontoarray(this)), noofdecimals);
+        // The engine has already reported why there is no decimal; there is no element 0 to scale.
+        if (!decimal)
+            fail(errnum::subscript);
+        FractionText record = *decimal;
+        // Rounded twice, as a decimal and then as a percentage, so one third at two decimals is 33%;
+        // hosts rely on it.
+        double percent = modfracglobal::texttodouble(record[0]) * 100;
+        percent = modfracglobal::roundtodecimals(percent, noofdecimals);
+        record[0] = modfracglobal::doubletotext(percent) + "%";
+        return replaceifasked(this, totext(record));
+    });
 }
 
 QStringList fractioni::percenttofrac()
 {
-    const QString whole = m_wholepart;
-    if (!whole.endsWith(QLatin1Char('%')))
-        return {};
-    if (m_denominator.isEmpty() && !m_numerator.isEmpty())
-        return {};
-    const double value = modfracglobal::texttodouble(whole.chopped(1).toStdString()) / 100;
-    const FractionText decimal{modfracglobal::doubletotext(value), std::string(), std::string()};
-    return replaceifasked(this, totext(modfracglobal::strdecimaltofrac(decimal)));
+    return guarded([&]() -> QStringList {
+        const QString whole = m_wholepart;
+        if (!whole.endsWith(QLatin1Char('%')))
+            return {};
+        if (m_denominator.isEmpty() && !m_numerator.isEmpty())
+            return {};
+        const double value = modfracglobal::texttodouble(whole.chopped(1).toStdString()) / 100;
+        const FractionText decimal{modfracglobal::doubletotext(value), std::string(), std::string()};
+        return replaceifasked(this, totext(modfracglobal::strdecimaltofrac(decimal)));
+    });
 }
 
 qint32 fractioni::Numerdenomgcd() const
+{
+    // Read by style sheets and form designers: a getter never fails, so parts that are no
+    // numbers have no gcd here.
+    try {
+        return checkednumerdenomgcd();
+    } catch (const modfracglobal::automationerror &) {
+        return -1;
+    }
+}
+
+qint32 fractioni::checkednumerdenomgcd() const
 {
     if (m_numerator.isEmpty() || m_denominator.isEmpty())
         return -1;
@@ -412,73 +444,89 @@ QStringList fractioni::multiplyfractions(const QList<fractioni *> &objfracs)
 
 QStringList fractioni::subtractfractions(fractioni *minuend, fractioni *minutor)
 {
-    required(minuend);
-    required(minutor);
-    QStringList subtrahend = valueof(minutor);
-    subtrahend[0] = flippedsign(subtrahend.at(0));
-    return totext(modfracglobal::straddfractions({torecord(valueof(minuend)), torecord(subtrahend)}));
+    return guarded([&]() -> QStringList {
+        required(minuend);
+        required(minutor);
+        QStringList subtrahend = valueof(minutor);
+        subtrahend[0] = flippedsign(subtrahend.at(0));
+        return totext(modfracglobal::straddfractions({torecord(valueof(minuend)), torecord(subtrahend)}));
+    });
 }
 
 QStringList fractioni::dividefractions(fractioni *dividend, fractioni *divisor)
 {
-    required(dividend);
-    required(divisor);
-    if (divisor->Numeratorvalue().isEmpty() && divisor->Denominatorvalue().isEmpty()
-        && divisor->Wholepartvalue().isEmpty())
-        fail(errnum::divisionbyzero);
+    return guarded([&]() -> QStringList {
+        required(dividend);
+        required(divisor);
+        if (divisor->Numeratorvalue().isEmpty() && divisor->Denominatorvalue().isEmpty()
+            && divisor->Wholepartvalue().isEmpty())
+            fail(errnum::divisionbyzero);
 
-    const QString divisorwhole = divisor->Wholepartvalue();
-    const QStringList converted = rowof(divisor);
-    const FractionText divisorrecord = torecord(converted);
-    if (haspercent(divisorwhole) || hasdecimal(divisorwhole)) {
-        // The divisor shows its converted value afterwards, whatever its Autoreplace says; hosts
-        // rely on it.
-        divisor->setWholepartvalue(converted.at(0));
-        divisor->setNumeratorvalue(converted.at(1));
-        divisor->setDenominatorvalue(converted.at(2));
-    }
-    // The dividend is converted for the computation only; it keeps what it shows.
-    const FractionText dividendrecord = torecord(rowof(dividend));
+        const QString divisorwhole = divisor->Wholepartvalue();
+        const QStringList converted = rowof(divisor);
+        const FractionText divisorrecord = torecord(converted);
+        if (haspercent(divisorwhole) || hasdecimal(divisorwhole)) {
+            // The divisor shows its converted value afterwards, whatever its Autoreplace says; hosts
+            // rely on it.
+            divisor->setWholepartvalue(converted.at(0));
+            divisor->setNumeratorvalue(converted.at(1));
+            divisor->setDenominatorvalue(converted.at(2));
+        }
+        // The dividend is converted for the computation only; it keeps what it shows.
+        const FractionText dividendrecord = torecord(rowof(dividend));
 
-    const FractionResult improperdividend = modfracglobal::strmixedtofrac(dividendrecord);
-    const FractionResult improperdivisor = modfracglobal::strmixedtofrac(divisorrecord);
-    if (!improperdividend || !improperdivisor)
-        return {};
-    const FractionResult inverted = modfracglobal::strinvert(*improperdivisor);
-    if (!inverted)
-        return {};
-    FractionList list{*improperdividend, *inverted};
-    return totext(modfracglobal::strdividefractions(list));
+        const FractionResult improperdividend = modfracglobal::strmixedtofrac(dividendrecord);
+        const FractionResult improperdivisor = modfracglobal::strmixedtofrac(divisorrecord);
+        if (!improperdividend || !improperdivisor)
+            return {};
+        const FractionResult inverted = modfracglobal::strinvert(*improperdivisor);
+        if (!inverted)
+            return {};
+        FractionList list{*improperdividend, *inverted};
+        return totext(modfracglobal::strdividefractions(list));
+    });
 }
 
 QStringList fractioni::addtwofractions(fractioni *frac1, fractioni *frac2)
 {
-    return addfractions(QList<fractioni *>{required(frac1), required(frac2)});
+    return guarded([&]() -> QStringList {
+        return addfractions(QList<fractioni *>{required(frac1), required(frac2)});
+    });
 }
 
 QStringList fractioni::multiplytwofractions(fractioni *frac1, fractioni *frac2)
 {
-    return multiplyfractions(QList<fractioni *>{required(frac1), required(frac2)});
+    return guarded([&]() -> QStringList {
+        return multiplyfractions(QList<fractioni *>{required(frac1), required(frac2)});
+    });
 }
 
 fractioni *fractioni::addintofraction(fractioni *resultfrac, fractioni *addendfrac)
 {
-    return loadinto(resultfrac, addtwofractions(resultfrac, addendfrac));
+    return guarded([&]() -> fractioni * {
+        return loadinto(resultfrac, addtwofractions(resultfrac, addendfrac));
+    });
 }
 
 fractioni *fractioni::subtractintofraction(fractioni *resultfrac, fractioni *minutorfrac)
 {
-    return loadinto(resultfrac, subtractfractions(resultfrac, minutorfrac));
+    return guarded([&]() -> fractioni * {
+        return loadinto(resultfrac, subtractfractions(resultfrac, minutorfrac));
+    });
 }
 
 fractioni *fractioni::divideintofraction(fractioni *resultfrac, fractioni *divisorfrac)
 {
-    return loadinto(resultfrac, dividefractions(resultfrac, divisorfrac));
+    return guarded([&]() -> fractioni * {
+        return loadinto(resultfrac, dividefractions(resultfrac, divisorfrac));
+    });
 }
 
 fractioni *fractioni::multiplyintofraction(fractioni *resultfrac, fractioni *multiplierfrac)
 {
-    return loadinto(resultfrac, multiplytwofractions(resultfrac, multiplierfrac));
+    return guarded([&]() -> fractioni * {
+        return loadinto(resultfrac, multiplytwofractions(resultfrac, multiplierfrac));
+    });
 }
 
 } // namespace kelfractionint

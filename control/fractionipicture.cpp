@@ -1,6 +1,7 @@
 // The control's window: its picture, its native id and the container it sits in.
 #include "fractioni.h"
 
+#include "fractioniguard.h"
 #include "ambient.h"
 #include "modfracglobal.h"
 
@@ -28,34 +29,33 @@ qint32 fractioni::hWnd() const
 
 QObject *fractioni::Container() const
 {
-    // A form designer reads every property of each control it creates: at design time the
-    // container reads as nothing, so that the designer is not stopped by the error.
-    if (!ambient::usermode(this))
-        return nullptr;
-    // Reading the container fails every time, also after it was set; hosts rely on the error.
-    throw modfracglobal::automationerror(modfracglobal::errnum::objectnotset);
+    // Read by style sheets, form designers and script engines walking the properties: a getter
+    // never fails. Late-bound callers get the error hosts rely on from the dispatch table.
+    return nullptr;
 }
 
 void fractioni::setContainer(QObject *value)
 {
-    if (!value)
-        throw modfracglobal::automationerror(modfracglobal::errnum::objectnotset);
-    auto *widget = qobject_cast<QWidget *>(value);
-    if (!widget)
-        throw modfracglobal::automationerror(modfracglobal::errnum::typemismatch);
-    // A control cannot sit inside itself or one of its own parts.
-    if (widget == this || isAncestorOf(widget))
-        throw modfracglobal::automationerror(modfracglobal::errnum::invalidcall);
+    guarded([&] {
+        if (!value)
+            throw modfracglobal::automationerror(modfracglobal::errnum::objectnotset);
+        auto *widget = qobject_cast<QWidget *>(value);
+        if (!widget)
+            throw modfracglobal::automationerror(modfracglobal::errnum::typemismatch);
+        // A control cannot sit inside itself or one of its own parts.
+        if (widget == this || isAncestorOf(widget))
+            throw modfracglobal::automationerror(modfracglobal::errnum::invalidcall);
 
-    m_container = value;
-    if (widget != parentWidget()) {
-        // Re-parenting hides a widget; the control stays shown unless the host hid it.
-        const bool hidden = testAttribute(Qt::WA_WState_ExplicitShowHide) && isHidden();
-        setParent(widget);
-        if (!hidden)
-            show();
-    }
-    Q_EMIT propertychanged(QStringLiteral("Container"));
+        m_container = value;
+        if (widget != parentWidget()) {
+            // Re-parenting hides a widget; the control stays shown unless the host hid it.
+            const bool hidden = testAttribute(Qt::WA_WState_ExplicitShowHide) && isHidden();
+            setParent(widget);
+            if (!hidden)
+                show();
+        }
+        deliver([&] { Q_EMIT propertychanged(QStringLiteral("Container")); });
+    });
 }
 
 } // namespace kelfractionint

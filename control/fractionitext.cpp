@@ -1,6 +1,7 @@
 // Text entry: allowed characters, locks, validation and keyboard navigation of the fields.
 #include "fractioni.h"
 
+#include "fractioniguard.h"
 #include "modfracglobal.h"
 
 #include <QAccessible>
@@ -111,20 +112,26 @@ bool fractioni::setallowedchars(QVariant &set, const QVariant &value)
 
 void fractioni::setWholeallowedchars(const QVariant &value)
 {
-    if (setallowedchars(m_wholeallowedchars, value))
-        Q_EMIT propertychanged(QStringLiteral("Wholeallowedchars"));
+    guarded([&] {
+        if (setallowedchars(m_wholeallowedchars, value))
+            deliver([&] { Q_EMIT propertychanged(QStringLiteral("Wholeallowedchars")); });
+    });
 }
 
 void fractioni::setNumerallowedchars(const QVariant &value)
 {
-    if (setallowedchars(m_numerallowedchars, value))
-        Q_EMIT propertychanged(QStringLiteral("Numerallowedchars"));
+    guarded([&] {
+        if (setallowedchars(m_numerallowedchars, value))
+            deliver([&] { Q_EMIT propertychanged(QStringLiteral("Numerallowedchars")); });
+    });
 }
 
 void fractioni::setDenomallowedchars(const QVariant &value)
 {
-    if (setallowedchars(m_denomallowedchars, value))
-        Q_EMIT propertychanged(QStringLiteral("Denomallowedchars"));
+    guarded([&] {
+        if (setallowedchars(m_denomallowedchars, value))
+            deliver([&] { Q_EMIT propertychanged(QStringLiteral("Denomallowedchars")); });
+    });
 }
 
 bool fractioni::wholecharallowed(const QString &testchar) const
@@ -134,26 +141,32 @@ bool fractioni::wholecharallowed(const QString &testchar) const
 
 void fractioni::setWholepartLocked(bool value)
 {
-    wholepart->setReadOnly(value);
-    m_wholepartlocked = value;
-    Q_EMIT propertychanged(QStringLiteral("WholepartLocked"));
-    wholepart->update();
+    guarded([&] {
+        wholepart->setReadOnly(value);
+        m_wholepartlocked = value;
+        deliver([&] { Q_EMIT propertychanged(QStringLiteral("WholepartLocked")); });
+        wholepart->update();
+    });
 }
 
 void fractioni::setNumeratorLocked(bool value)
 {
-    numerator->setReadOnly(value);
-    m_numeratorlocked = value;
-    Q_EMIT propertychanged(QStringLiteral("NumeratorLocked"));
-    numerator->update();
+    guarded([&] {
+        numerator->setReadOnly(value);
+        m_numeratorlocked = value;
+        deliver([&] { Q_EMIT propertychanged(QStringLiteral("NumeratorLocked")); });
+        numerator->update();
+    });
 }
 
 void fractioni::setDenominatorLocked(bool value)
 {
-    denominator->setReadOnly(value);
-    m_denominatorlocked = value;
-    Q_EMIT propertychanged(QStringLiteral("DenominatorLocked"));
-    denominator->update();
+    guarded([&] {
+        denominator->setReadOnly(value);
+        m_denominatorlocked = value;
+        deliver([&] { Q_EMIT propertychanged(QStringLiteral("DenominatorLocked")); });
+        denominator->update();
+    });
 }
 
 bool fractioni::validwholetext(const QString &text) const
@@ -345,6 +358,15 @@ bool fractioni::typedcharacter(const QKeyEvent *key)
 }
 
 bool fractioni::eventFilter(QObject *watched, QEvent *event)
+{
+    bool consumed = false;
+    // A handler that deleted the control ends the event here.
+    if (!eventguarded([&] { consumed = filterevent(watched, event); }))
+        return true;
+    return consumed;
+}
+
+bool fractioni::filterevent(QObject *watched, QEvent *event)
 {
     auto *field = qobject_cast<QLineEdit *>(watched);
     const bool isfield = field && (field == wholepart || field == numerator || field == denominator);

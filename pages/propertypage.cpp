@@ -1,6 +1,8 @@
 #include "propertypage.h"
 
 #include "automationerror.h"
+#include "fractioni.h"
+#include "fractionidispatch.h"
 #include "twips.h"
 
 #include <QMetaProperty>
@@ -81,8 +83,16 @@ void propertypage::writeproperty(QObject *control, const char *name, const QVari
     if (!property.isEnumType() && converted.metaType() != property.metaType()
         && !converted.convert(property.metaType()))
         throw modfracglobal::automationerror(modfracglobal::errnum::typemismatch);
+    // A control records the error of the assignment; the page raises it to its caller.
+    auto *fraction = qobject_cast<fractioni *>(control);
+    const QPointer<fractioni> alive(fraction);
+    const automationcall scope;
+    if (fraction)
+        fraction->clearlasterror();
     if (!property.write(control, converted))
         throw modfracglobal::automationerror(modfracglobal::errnum::typemismatch);
+    if (alive && alive->lasterrornumber() != 0)
+        throw modfracglobal::automationerror(alive->lasterrornumber(), alive->lasterrordescription().toStdString());
 }
 
 QObject *propertypage::selectedcontrol(int index) const

@@ -5,6 +5,7 @@
 #include "fractioni.h"
 #include "hostnumbers.h"
 
+#include <QApplication>
 #include <QLineEdit>
 #include <QLocale>
 #include <QSignalSpy>
@@ -88,15 +89,25 @@ struct designtime
     ~designtime() { kelfractionint::ambient::setdefaultdesignmode(false); }
 };
 
-// The automation error number that \a call raises, or 0 when it raises none.
+// The automation error that \a call raises (late-bound calls) or that a control reports for it
+// (direct calls: the outermost call reports last), or 0 for none.
 inline int errornumber(const std::function<void()> &call)
 {
+    int reported = 0;
+    QList<QMetaObject::Connection> links;
+    for (QWidget *widget : QApplication::allWidgets()) {
+        if (auto *control = qobject_cast<kelfractionint::fractioni *>(widget))
+            links.append(QObject::connect(control, &kelfractionint::fractioni::errorreported,
+                                          [&reported](int number) { reported = number; }));
+    }
     try {
         call();
     } catch (const modfracglobal::automationerror &error) {
-        return error.number();
+        reported = error.number();
     }
-    return 0;
+    for (const QMetaObject::Connection &link : std::as_const(links))
+        QObject::disconnect(link);
+    return reported;
 }
 
 } // namespace testsupport

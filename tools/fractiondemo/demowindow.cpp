@@ -20,6 +20,8 @@
 #include <QSettings>
 #include <QSpinBox>
 
+#include <optional>
+
 namespace kelfractionint {
 
 namespace {
@@ -236,17 +238,22 @@ void demowindow::connectoperations()
 
 bool demowindow::guarded(const QString &what, const std::function<void()> &work)
 {
-    try {
-        work();
-        return true;
-    } catch (const modfracglobal::automationerror &error) {
-        // The control raises its errors to the host; this host shows them the way the
-        // component shows its own.
-        log(QStringLiteral("%1 raised error %2").arg(what).arg(error.number()));
-        modfracglobal::showmessage(
-            tr("Error %1: %2").arg(error.number()).arg(QString::fromStdString(error.description())).toStdString());
-        return false;
+    // The controls report their errors; the outermost call reports last, after the handlers'.
+    std::optional<std::pair<int, QString>> failure;
+    QList<QMetaObject::Connection> links;
+    for (fractioni *control : findChildren<fractioni *>()) {
+        links.append(connect(control, &fractioni::errorreported, this,
+                             [&failure](int number, const QString &description) { failure.emplace(number, description); }));
     }
+    work();
+    for (const QMetaObject::Connection &link : std::as_const(links))
+        disconnect(link);
+    if (!failure)
+        return true;
+    // This host shows the controls' errors the way the component shows its own.
+    log(QStringLiteral("%1 raised error %2").arg(what).arg(failure->first));
+    modfracglobal::showmessage(tr("Error %1: %2").arg(failure->first).arg(failure->second).toStdString());
+    return false;
 }
 
 void demowindow::single(const char *name, const std::function<QStringList(fractioni *)> &operation)
