@@ -126,6 +126,15 @@ MODFRACGLOBAL_EXPORT FractionResult strparsefraction(std::string_view text);
  *  "0" for the empty value; a whole part without numerator alone ("5" for 5 0/1, which reads
  *  back without its denominator). */
 MODFRACGLOBAL_EXPORT std::string strformatfraction(const FractionText &fraction);
+/*! The value in English words as people say it: "four and one seventh", "minus three
+ *  quarters", "seventeen twelfths", "minus three", "zero" for the empty value. A leading "-" or
+ *  "+" is spoken "minus" or "plus". Numbers below one million are spoken in words (British
+ *  usage: "one hundred and one"), larger ones stay digits. Denominators from 2 to 20, the round
+ *  tens, 100 and 1000 are named ("half", "quarter", "twentieth"); any other, zero included, is
+ *  read "over" the number ("five over zero", "one over one hundred and one"). A part that is no
+ *  plain number (a decimal or percent whole part, algebraic text) is given as written. A
+ *  numerator without a denominator is no fraction part and is not spoken. Reports nothing. */
+MODFRACGLOBAL_EXPORT std::string strspeakfraction(const FractionText &fraction);
 /*! The fraction nearest to the value whose denominator lies between 1 and \a maxdenominator,
  *  reduced, as a mixed record ("3", "", "1" for a whole number, "", "", "1" for zero); on a tie
  *  the smaller denominator wins. The value is a decimal text alone in element 0 (the host's

@@ -79,5 +79,34 @@ TEST(approximate, agreeswithreference)
     EXPECT_TRUE(capture.shown.empty());
 }
 
+// Each row: the record, then what is said.
+TEST(speakfraction, wordsaspeoplesaythem)
+{
+    const std::vector<std::pair<FractionText, std::string>> rows{
+        {{"4", "1", "7"}, "four and one seventh"},
+        {{"-2", "1", "4"}, "minus two and one quarter"},
+        {{"", "3", "4"}, "three quarters"},
+        {{"-", "1", "2"}, "minus one half"},
+        {{"", "3", "2"}, "three halves"},
+        {{"", "17", "12"}, "seventeen twelfths"},
+        {{"-3", "", ""}, "minus three"},
+        {{"+4", "", ""}, "plus four"},
+        {{"", "5", "0"}, "five over zero"},
+        {{"", "1", "101"}, "one over one hundred and one"},
+        {{"", "3", "40"}, "three fortieths"},
+        {{"", "7", "1000"}, "seven thousandths"},
+        {{"2005", "", ""}, "two thousand and five"},
+        {{"999999", "", ""}, "nine hundred and ninety-nine thousand nine hundred and ninety-nine"},
+        {{"1000000", "", ""}, "1000000"},
+        {{"-2.5", "", ""}, "minus 2.5"},
+        {{"x", "a", "b"}, "x and a over b"},
+        {{"", "2", ""}, "zero"},
+        {{"", "", ""}, "zero"},
+        {{"-", "", ""}, "minus"},
+    };
+    for (const auto &[record, words] : rows)
+        EXPECT_EQ(strspeakfraction(record), words) << record[0] << " " << record[1] << "/" << record[2];
+}
+
 } // namespace
 } // namespace enginetest
