@@ -7,7 +7,6 @@
 #include "twips.h"
 
 #include <QAccessible>
-#include <QAccessibleWidget>
 #include <QFontInfo>
 #include <QLineEdit>
 #include <QPainter>
@@ -194,7 +193,8 @@ void fractioni::initialize(const propertybag *bag)
         // A value the control accepts is never cut short by its field.
         field->setMaxLength(std::numeric_limits<int>::max());
         field->installEventFilter(this);
-        connect(field, &QLineEdit::textEdited, this, [this, field] { eventguarded([&] { fieldedited(field); }); });
+        connect(field, &QLineEdit::textEdited, this,
+                [this, field](const QString &text) { eventguarded([&] { fieldedited(field, text); }); });
         *member = field;
     }
     lblgrip = new gripwidget(this);
@@ -243,8 +243,10 @@ void fractioni::initialize(const propertybag *bag)
         else
             resizeprocedure();
     });
-    if (QAccessible::isActive())
-        nameaccessiblefields();
+    // The control takes the focus for its first part shown: setFocus, a label's buddy and the
+    // tab order reach the fields; the control itself is never a stop of the tab chain.
+    setFocusPolicy(Qt::TabFocus);
+    updatefocusproxy();
 }
 
 fractioni::~fractioni() = default;
@@ -363,65 +365,6 @@ QSize fractioni::sizeHint() const
 QSize fractioni::minimumSizeHint() const
 {
     return sizeHint();
-}
-
-QString fractioni::spokenvalue() const
-{
-    QString text = m_wholepart;
-    if (!m_numerator.isEmpty()) {
-        if (!text.isEmpty())
-            text += QLatin1Char(' ');
-        text += m_numerator + QLatin1Char('/') + m_denominator;
-    }
-    return text.isEmpty() ? QStringLiteral("0") : text;
-}
-
-void fractioni::updateaccessibility()
-{
-    // Announcing a change creates the accessible objects; without a screen reader nobody asks.
-    if (!QAccessible::isActive())
-        return;
-    QAccessibleEvent event(this, QAccessible::DescriptionChanged);
-    QAccessible::updateAccessibility(&event);
-}
-
-void fractioni::nameaccessiblefields()
-{
-    // Named only once an assistive technology looks: naming announces the change, which costs
-    // the creation of accessible objects for every control on a form.
-    if (m_fieldsnamed)
-        return;
-    m_fieldsnamed = true;
-    wholepart->setAccessibleName(tr("whole part"));
-    numerator->setAccessibleName(tr("numerator"));
-    denominator->setAccessibleName(tr("denominator"));
-}
-
-// What a screen reader sees of the control: a group named "fraction" whose description is the
-// value as shown (for example "-2 1/4").
-class fractioni::accessibleinterface : public QAccessibleWidget
-{
-public:
-    explicit accessibleinterface(fractioni *control) : QAccessibleWidget(control, QAccessible::Grouping) {}
-
-    QString text(QAccessible::Text t) const override
-    {
-        auto *control = static_cast<fractioni *>(widget());
-        if (t == QAccessible::Description && control->accessibleDescription().isEmpty())
-            return control->spokenvalue();
-        if (t == QAccessible::Name && control->accessibleName().isEmpty())
-            return fractioni::tr("fraction");
-        return QAccessibleWidget::text(t);
-    }
-};
-
-QAccessibleInterface *fractioni::accessiblefactory(const QString &classname, QObject *object)
-{
-    if (classname != QLatin1String("kelfractionint::fractioni") || !object || !object->isWidgetType())
-        return nullptr;
-    auto *control = static_cast<fractioni *>(object);
-    control->nameaccessiblefields();
-    return new accessibleinterface(control);
 }
 
 } // namespace kelfractionint

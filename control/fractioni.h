@@ -273,6 +273,7 @@ protected:
     void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
 
 private:
     friend struct dispatchaccess;
@@ -324,7 +325,9 @@ private:
     bool pastefraction(QLineEdit *field);
     bool entrymenu(QLineEdit *field, const QContextMenuEvent *event);
     static QAction *pasteaction(const QMenu *menu);
-    void fieldedited(QLineEdit *field);
+    void fieldedited(QLineEdit *field, const QString &text);
+    bool refusedkey(QLineEdit *field, const QKeyEvent *key);
+    void updatefocusproxy();
     bool usermode() const;
 
     // Layout helpers (twips)
@@ -357,10 +360,12 @@ private:
     void fontchanged();
     void closingsteps(const QString &name);
     void updateaccessibility();
+    void announcevalue();
     QString spokenvalue() const;
-    void nameaccessiblefields();
+    QString accessiblelabel() const;
     static QAccessibleInterface *accessiblefactory(const QString &classname, QObject *object);
     class accessibleinterface;
+    class accessiblefield;
     void paintseparator(QPainter &painter) const;
 
     // Keys and mouse on the fields and the grip, seen through eventFilter; true when consumed
@@ -408,7 +413,10 @@ private:
     bool m_denominatorlocked = false;
     qint16 lastselstart = 0;
     int m_movedbykey = 0;
-    bool m_fieldsnamed = false;
+    bool m_keyedits = true;
+    bool m_keyselects = false;
+    bool m_announcepending = false;
+    QString m_announcedwords;
     bool m_fieldtextsdeferred = false;
 
     // Layout state, in twips

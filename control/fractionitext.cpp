@@ -4,7 +4,7 @@
 #include "fractioniguard.h"
 #include "modfracglobal.h"
 
-#include <QAccessible>
+#include <QApplication>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QHash>
@@ -230,9 +230,8 @@ bool fractioni::validfieldtext(const QLineEdit *field, const QString &text) cons
     return false;
 }
 
-void fractioni::fieldedited(QLineEdit *field)
+void fractioni::fieldedited(QLineEdit *field, const QString &text)
 {
-    const QString text = field->text();
     try {
         if (field == wholepart)
             setWholepartvalue(text);
@@ -262,7 +261,9 @@ void fractioni::navigatefields(QLineEdit *field, int key)
         denominator->setVisible(true);
     };
 
-    switch (key) {
+    // With Shift an arrow key selects within its field and never leaves it.
+    switch (m_keyselects ? 0 : key) {
+    case 0:
     case Qt::Key_Backspace:
     case Qt::Key_Delete:
     case Qt::Key_Home:
@@ -314,9 +315,13 @@ void fractioni::navigatefields(QLineEdit *field, int key)
         }
         break;
     default:
-        // After typing, the caret always stands at the end of the text.
-        field->setCursorPosition(0);
-        field->setCursorPosition(int(field->text().size()));
+        // After a key that types or edits, the caret stands at the end of the text; a released
+        // modifier or a key that only selects (Ctrl+A, Tab into the field) keeps the selection,
+        // so that what is typed next replaces it.
+        if (m_keyedits) {
+            field->setCursorPosition(0);
+            field->setCursorPosition(int(field->text().size()));
+        }
         break;
     }
     try {
@@ -328,7 +333,89 @@ void fractioni::navigatefields(QLineEdit *field, int key)
 
 namespace {
 
+// A key that changes text: a printable character, or an editing shortcut of the clipboard and
+// the undo history. Modifiers, Tab, Escape and Ctrl+A change nothing.
+bool editingkey(const QKeyEvent *key)
+{
+    static const QKeySequence::StandardKey editing[] = {QKeySequence::Cut, QKeySequence::Paste, QKeySequence::Undo,
+                                                        QKeySequence::Redo};
+    for (const QKeySequence::StandardKey standard : editing) {
+        if (key->matches(standard))
+            return true;
+    }
+    return !key->text().isEmpty() && key->text().front().isPrint()
+        && !(key->modifiers() & (Qt::ControlModifier | Qt::MetaModifier));
+}
+
+bool selectionkey(const QKeyEvent *key)
+{
+    switch (key->key()) {
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+        return key->modifiers() & Qt::ShiftModifier;
+    default:
+        return false;
+    }
+}
+
 } // namespace
+
+bool fractioni::refusedkey(QLineEdit *field, const QKeyEvent *key)
+{
+    // A typed character that the part cannot hold never appears in its field: the value gets the
+    // text it would have made, with the same assignment and events as when the field showed it,
+    // but the field's text, and so what a screen reader echoes, does not change.
+    if (field->isReadOnly() || !typedcharacter(key) || !key->text().front().isPrint())
+        return false;
+    QString text = field->text();
+    const int at = field->hasSelectedText() ? field->selectionStart() : field->cursorPosition();
+    text.replace(at, field->selectedText().size(), key->text());
+    bool valid = false;
+    try {
+        valid = text.trimmed() == text && validfieldtext(field, text);
+    } catch (const modfracglobal::automationerror &) {
+    }
+    if (valid)
+        return false;
+    fieldedited(field, text);
+    return true;
+}
+
+void fractioni::updatefocusproxy()
+{
+    QWidget *first = nullptr;
+    for (QLineEdit *field : {wholepart, numerator, denominator}) {
+        if (!field->isHidden()) {
+            first = field;
+            break;
+        }
+    }
+    if (focusProxy() != first)
+        setFocusProxy(first);
+}
+
+bool fractioni::focusNextPrevChild(bool next)
+{
+    // A field hidden while it has the focus (Backspace over the last digit of the numerator)
+    // hands it to another part of this control, never to the next control on the form.
+    QWidget *focus = QApplication::focusWidget();
+    const std::array<QLineEdit *, 3> order = focus == wholepart   ? std::array{numerator, denominator, wholepart}
+                                           : focus == numerator ? std::array{wholepart, denominator, numerator}
+                                                                : std::array{numerator, wholepart, denominator};
+    if (!focus || !focus->isHidden() || (focus != wholepart && focus != numerator && focus != denominator))
+        return QWidget::focusNextPrevChild(next);
+    updatefocusproxy();
+    for (QLineEdit *field : order) {
+        if (!field->isHidden()) {
+            field->setFocus(Qt::OtherFocusReason);
+            return true;
+        }
+    }
+    setFocus(Qt::OtherFocusReason);
+    return true;
+}
 
 // Only typed characters meet the whole part's set: keys that edit or move (Delete, which X11
 // sends with the text "\x7f", the clipboard, undo and selection shortcuts, Tab) keep working.
@@ -371,8 +458,8 @@ bool fractioni::filterevent(QObject *watched, QEvent *event)
     auto *field = qobject_cast<QLineEdit *>(watched);
     const bool isfield = field && (field == wholepart || field == numerator || field == denominator);
     if (isfield) {
-        if (event->type() == QEvent::FocusIn && QAccessible::isActive())
-            nameaccessiblefields();
+        if (event->type() == QEvent::ShowToParent || event->type() == QEvent::HideToParent)
+            updatefocusproxy();
         if (event->type() == QEvent::KeyPress) {
             auto *key = static_cast<QKeyEvent *>(event);
             lastselstart = qint16(field->cursorPosition());
@@ -384,13 +471,19 @@ bool fractioni::filterevent(QObject *watched, QEvent *event)
                         return true;
                 }
             }
+            if (refusedkey(field, key))
+                return true;
         } else if (event->type() == QEvent::KeyRelease) {
             auto *key = static_cast<QKeyEvent *>(event);
             if (m_movedbykey != 0 && key->key() == m_movedbykey) {
                 // The key moved to this part and selected it: the caret stays as it was left.
                 m_movedbykey = 0;
             } else if (!key->isAutoRepeat()) {
+                m_keyedits = editingkey(key);
+                m_keyselects = selectionkey(key);
                 navigatefields(field, key->key());
+                m_keyedits = true;
+                m_keyselects = false;
             }
         } else if (event->type() == QEvent::ContextMenu) {
             return entrymenu(field, static_cast<QContextMenuEvent *>(event));
