@@ -8,6 +8,7 @@
 
 #include <QAccessible>
 #include <QAccessibleWidget>
+#include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMetaObject>
@@ -150,6 +151,14 @@ public:
         default:
             return QAccessibleWidget::text(t);
         }
+    }
+
+    QAccessible::State state() const override
+    {
+        // Qt counts the focus of a focus proxy as the control's own: only the field has it.
+        QAccessible::State s = QAccessibleWidget::state();
+        s.focused = QApplication::focusWidget() == widget();
+        return s;
     }
 
     int childCount() const override { return int(shownfields(widget()).size()); }

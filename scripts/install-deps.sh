@@ -12,6 +12,7 @@ packages=(
   clang libclang-rt-14-dev
   xvfb xauth x11-utils fonts-dejavu-core
   qt6-qpa-plugins
+  at-spi2-core python3-pyatspi python3-dbus dbus
 )
 
 missing=()
