@@ -1,31 +1,21 @@
-// A small form as applications build them: "Amount:" labelling a fraction control, "Price:" a
-// spin box. The accessibility check drives it through the desktop's accessibility bus.
+// A form as applications build them, driven by the accessibility check: "Amount:" labels a
+// cleared fraction control that can be resized, "Price:" a spin box.
 #include "fractioni.h"
 
 #include <QApplication>
 #include <QDoubleSpinBox>
-#include <QGridLayout>
-#include <QLabel>
+#include <QFormLayout>
 
 int main(int argc, char *argv[])
 {
     QApplication app(argc, argv);
     QWidget window;
-    window.setWindowTitle(QStringLiteral("Fraction form"));
-    auto *layout = new QGridLayout(&window);
+    auto *layout = new QFormLayout(&window);
     auto *amount = new kelfractionint::fractioni;
-    auto *price = new QDoubleSpinBox;
-    price->setValue(4.14);
-    auto *amountlabel = new QLabel(QStringLiteral("&Amount:"));
-    auto *pricelabel = new QLabel(QStringLiteral("&Price:"));
-    amountlabel->setBuddy(amount);
-    pricelabel->setBuddy(price);
-    layout->addWidget(amountlabel, 0, 0);
-    layout->addWidget(amount, 0, 1);
-    layout->addWidget(pricelabel, 1, 0);
-    layout->addWidget(price, 1, 1);
     amount->setUserresizeable(true);
     amount->clearfraction();
+    layout->addRow(QStringLiteral("&Amount:"), amount);
+    layout->addRow(QStringLiteral("&Price:"), new QDoubleSpinBox);
     window.show();
     window.activateWindow();
     amount->setFocus();

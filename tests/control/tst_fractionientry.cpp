@@ -7,7 +7,6 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QContextMenuEvent>
-#include <QLabel>
 #include <QLineEdit>
 #include <QRegularExpression>
 #include <QSignalSpy>
@@ -87,8 +86,6 @@ private Q_SLOTS:
         const step load12 = [](fractioni &c) { c.loadfraction(testsupport::rec("4 12 7")); };
         row("Ctrl+A then a digit replaces the part", load12, "numerator", "{Ctrl+A}9", "4 9 7", "numerator");
         row("Shift+Home then a digit replaces the part", load12, "numerator", "{Shift+Home}9", "4 9 7", "numerator");
-        row("Shift+Left selects without leaving the field", load12, "numerator", "{Home}{Shift+Left}{Shift+End}9", "4 9 7",
-            "numerator");
         row("Tab into the denominator selects it for the next digit", none, "numerator", "{Tab}3", "4 1 3", "denominator");
         // The next widget on the form must not receive the focus, nor the next key.
         const step neighbour = [](fractioni &c) { (new QLineEdit(c.parentWidget()))->show(); };
@@ -150,42 +147,6 @@ private Q_SLOTS:
                 QCOMPARE(fields[i]->isVisible(), shown.contains(QLatin1String("wnd").at(i)));
         }
         QVERIFY(m_messages.take().isEmpty());
-    }
-
-    void focusreachesfirstpart_data()
-    {
-        QTest::addColumn<QString>("record");
-        QTest::addColumn<QString>("how");
-        QTest::addColumn<QString>("focus");
-        QTest::newRow("setFocus on the control") << "4 1 7" << "setFocus" << "wholepart";
-        QTest::newRow("setFocus with the whole part hidden") << "_ 1 7" << "setFocus" << "numerator";
-        QTest::newRow("the label's mnemonic") << "_ 1 7" << "mnemonic" << "numerator";
-        QTest::newRow("the tab order set to the control") << "4 1 7" << "taborder" << "wholepart";
-    }
-
-    void focusreachesfirstpart()
-    {
-        QFETCH(QString, record);
-        QFETCH(QString, how);
-        QFETCH(QString, focus);
-        form f;
-        auto *label = new QLabel(QStringLiteral("&Amount:"), &f.window);
-        label->setBuddy(f.control);
-        auto *before = new QLineEdit(&f.window);
-        auto *after = new QLineEdit(&f.window);
-        f.control->loadfraction(testsupport::rec(record));
-        QWidget::setTabOrder(before, f.control);
-        QVERIFY(f.show());
-        after->setFocus();
-        if (how == QLatin1String("setFocus")) {
-            f.control->setFocus();
-        } else if (how == QLatin1String("mnemonic")) {
-            QTest::keyClick(static_cast<QWidget *>(nullptr), Qt::Key_A, Qt::AltModifier);
-        } else {
-            before->setFocus();
-            QTest::keyClick(static_cast<QWidget *>(nullptr), Qt::Key_Tab);
-        }
-        QTRY_COMPARE(QApplication::focusWidget(), f.field(focus));
     }
 
     void paste_data()

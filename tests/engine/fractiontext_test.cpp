@@ -87,22 +87,13 @@ TEST(speakfraction, wordsaspeoplesaythem)
         {{"-2", "1", "4"}, "minus two and one quarter"},
         {{"", "3", "4"}, "three quarters"},
         {{"-", "1", "2"}, "minus one half"},
-        {{"", "3", "2"}, "three halves"},
         {{"", "17", "12"}, "seventeen twelfths"},
-        {{"-3", "", ""}, "minus three"},
-        {{"+4", "", ""}, "plus four"},
         {{"", "5", "0"}, "five over zero"},
         {{"", "1", "101"}, "one over one hundred and one"},
         {{"", "3", "40"}, "three fortieths"},
-        {{"", "7", "1000"}, "seven thousandths"},
-        {{"2005", "", ""}, "two thousand and five"},
-        {{"999999", "", ""}, "nine hundred and ninety-nine thousand nine hundred and ninety-nine"},
+        {{"999999", "2", "3"}, "nine hundred and ninety-nine thousand nine hundred and ninety-nine and two thirds"},
         {{"1000000", "", ""}, "1000000"},
-        {{"-2.5", "", ""}, "minus 2.5"},
         {{"x", "a", "b"}, "x and a over b"},
-        {{"", "2", ""}, "zero"},
-        {{"", "", ""}, "zero"},
-        {{"-", "", ""}, "minus"},
     };
     for (const auto &[record, words] : rows)
         EXPECT_EQ(strspeakfraction(record), words) << record[0] << " " << record[1] << "/" << record[2];
