@@ -3,6 +3,7 @@
 // in a filtered whole part, a new control, the property bag's keys and round trips, and bags and
 // files with foreign, broken or hostile values.
 #include "fractioni.h"
+#include "fractionspeechmodel.h"
 #include "messageboxsink.h"
 #include "propertybag.h"
 #include "testsupport.h"
@@ -16,6 +17,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QSettings>
+#include <QStandardItemModel>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -388,6 +390,17 @@ private Q_SLOTS:
         control.loadfraction(QStringList{"-2", "1", "4"});
         QCOMPARE(accessible->text(QAccessible::Description), QStringLiteral("minus two and one quarter"));
         QCOMPARE(accessible->child(0)->text(QAccessible::Name), QStringLiteral("fraction, whole part"));
+    }
+
+    void cellsinwords()
+    {
+        // A view's cells are named by their fractions in words; other cells keep what they have.
+        QStandardItemModel source(1, 2);
+        source.setData(source.index(0, 0), QStringLiteral("-2 1/4"));
+        source.setData(source.index(0, 1), QStringLiteral("note"));
+        const kelfractionint::fractionspeechmodel model(&source);
+        QCOMPARE(model.index(0, 0).data(Qt::AccessibleTextRole).toString(), QStringLiteral("minus two and one quarter"));
+        QVERIFY(!model.index(0, 1).data(Qt::AccessibleTextRole).isValid());
     }
 
     void roundtrip_data()
