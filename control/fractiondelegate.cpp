@@ -75,7 +75,7 @@ void fractiondelegate::paint(QPainter *painter, const QStyleOptionViewItem &opti
     painter->setClipRect(option.rect);
     painter->setFont(item.font);
     painter->setPen(color);
-    const double ascent = QFontMetricsF(item.font).ascent();
+    const double ascent = parts.ascent;
     if (!whole.isEmpty())
         painter->drawText(QPointF(origin.x() + parts.whole.left(), origin.y() + parts.whole.top() + ascent), whole);
     if (!numer.isEmpty()) {
@@ -85,8 +85,7 @@ void fractiondelegate::paint(QPainter *painter, const QStyleOptionViewItem &opti
         painter->drawText(QPointF(d.left(), d.top() - parts.denominatorlift + ascent), denom);
         if (!parts.separator.isNull()) {
             painter->setRenderHint(QPainter::Antialiasing, m_fractionslash);
-            painter->setPen(QPen(color, fractionpaint::separatorwidth(QFontMetricsF(item.font).lineWidth()),
-                                 Qt::SolidLine, Qt::FlatCap));
+            painter->setPen(QPen(color, parts.penwidth, Qt::SolidLine, Qt::FlatCap));
             painter->drawLine(parts.separator.translated(origin));
         }
     }

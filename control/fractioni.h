@@ -3,6 +3,7 @@
 #include "fractioni_export.h"
 
 #include <QFont>
+#include <QKeySequence>
 #include <QList>
 #include <QPixmap>
 #include <QPointer>
@@ -320,6 +321,7 @@ private:
     bool setallowedchars(QVariant &set, const QVariant &value);
     void navigatefields(QLineEdit *field, int key);
     static bool typedcharacter(const QKeyEvent *key);
+    static bool isstandardkey(const QKeyEvent *key, QKeySequence::StandardKey standard);
     bool entrykey(QLineEdit *field, const QKeyEvent *key);
     bool typedmove(QLineEdit *field, const QKeyEvent *key);
     bool pastefraction(QLineEdit *field);
@@ -350,6 +352,20 @@ private:
     void setcontrolfont(QWidget *control, const QFont &source, double size);
     double centeroffset(const QString &numer, const QString &denom) const;
     double arrangefields();
+    // What the fields' placement depends on and what it produced, as it was last done.
+    struct arrangement
+    {
+        QSize size;
+        qint64 border = 0;
+        std::array<double, 4> units{};
+        std::array<QRect, 4> places;
+        bool wholehidden = false;
+        QString numertext, denomtext;
+        QFont wholefont, denomfont;
+        qreal dpr = 0;
+        bool operator==(const arrangement &) const = default;
+    };
+    arrangement currentarrangement() const;
     void liftdenominator();
     double textwidth(const QWidget *field, const QString &text) const;
     double textheight(const QWidget *field, const QString &text) const;
@@ -399,6 +415,7 @@ private:
     quint32 m_numeratorbackcolor = 0xFFFFFF;
     quint32 m_denominatorbackcolor = 0xFFFFFF;
     QFont m_font;
+    bool m_fontbuilt = false;
     bool m_fracpartvisible = true;
 
     // Text entry
@@ -432,6 +449,7 @@ private:
     QSize m_hintedsize;
     std::optional<layoutstate> m_lastlayout;
     double m_separatoroffset = 0;
+    arrangement m_arranged;
 
     // The error of the last failing call
     int m_errornumber = 0;

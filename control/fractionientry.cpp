@@ -106,9 +106,9 @@ bool fractioni::pastefraction(QLineEdit *field)
 
 bool fractioni::entrykey(QLineEdit *field, const QKeyEvent *key)
 {
-    if (key->matches(QKeySequence::Paste))
+    if (isstandardkey(key, QKeySequence::Paste))
         return pastefraction(field);
-    if (key->matches(QKeySequence::Copy) && !field->hasSelectedText()) {
+    if (isstandardkey(key, QKeySequence::Copy) && !field->hasSelectedText()) {
         QGuiApplication::clipboard()->setText(fractiontext());
         return true;
     }

@@ -8,9 +8,7 @@
 #include "twips.h"
 
 #include <QFontInfo>
-#include <QFontMetricsF>
 #include <QGuiApplication>
-#include <QHash>
 #include <QLineEdit>
 #include <QPaintEvent>
 #include <QPainter>
@@ -61,36 +59,6 @@ private:
     bool &m_flag;
 };
 
-// Text widths in pixels, shared by all controls: every layout and paint measures the same few
-// texts in the same few fonts again, and a form holds many controls with equal fonts and values.
-// Forgotten when the fonts installed change, and bounded for hosts that zoom through many sizes.
-qreal measuredwidth(const QFont &font, const QString &text)
-{
-    static QHash<QFont, QHash<QString, qreal>> widths;
-    static const bool watching = [] {
-        if (auto *app = qobject_cast<QGuiApplication *>(QCoreApplication::instance()))
-            QObject::connect(app, &QGuiApplication::fontDatabaseChanged, app, [] { widths.clear(); });
-        return true;
-    }();
-    Q_UNUSED(watching);
-    constexpr qsizetype maxfonts = 32;
-    constexpr qsizetype maxtexts = 256;
-    auto perfont = widths.find(font);
-    if (perfont == widths.end()) {
-        if (widths.size() >= maxfonts)
-            widths.clear();
-        perfont = widths.insert(font, {});
-    }
-    const auto known = perfont->constFind(text);
-    if (known != perfont->constEnd())
-        return *known;
-    if (perfont->size() >= maxtexts)
-        perfont->clear();
-    const qreal width = QFontMetricsF(font).horizontalAdvance(text);
-    perfont->insert(text, width);
-    return width;
-}
-
 } // namespace
 
 double fractioni::twipwidth() const
@@ -126,13 +94,17 @@ void fractioni::settwipsize(double width, double height)
 
 void fractioni::sizecontrol(QWidget *child, double width, double height)
 {
-    child->resize(std::clamp(topixels(width, m_tpx), 0, maxpixels),
-                  std::clamp(topixels(height, m_tpy), 0, maxpixels));
+    const QSize size(std::clamp(topixels(width, m_tpx), 0, maxpixels), std::clamp(topixels(height, m_tpy), 0, maxpixels));
+    // Resizing to the size a child was already given changes nothing, and costs a lot per keystroke.
+    if (size != child->size() || !child->testAttribute(Qt::WA_Resized))
+        child->resize(size);
 }
 
 void fractioni::placecontrol(QWidget *child, double left, double top)
 {
-    child->move(topixels(left, m_tpx), topixels(top, m_tpy));
+    const QPoint place(topixels(left, m_tpx), topixels(top, m_tpy));
+    if (place != child->pos() || !child->testAttribute(Qt::WA_Moved))
+        child->move(place);
 }
 
 void fractioni::setcontrolfont(QWidget *control, const QFont &source, double size)
@@ -150,6 +122,7 @@ void fractioni::setcontrolfont(QWidget *control, const QFont &source, double siz
     font.setPointSizeF(std::isfinite(size) ? std::clamp(size, minfontsize, maxfontsize) : minfontsize);
     // Fonts are only set when they change: setting a widget's font re-polishes and re-lays it out.
     if (control == this) {
+        m_fontbuilt = true;
         if (font == m_font)
             return;
         m_font = font;
@@ -173,12 +146,12 @@ void fractioni::fontchanged()
 
 double fractioni::textwidth(const QWidget *field, const QString &text) const
 {
-    return measuredwidth(field->font(), text) * m_tpx;
+    return fractionpaint::textadvance(field->font(), text) * m_tpx;
 }
 
 double fractioni::textheight(const QWidget *field, const QString &) const
 {
-    return QFontMetricsF(field->font()).height() * m_tpy;
+    return fractionpaint::fontlineheight(field->font()) * m_tpy;
 }
 
 fractioni::layoutstate fractioni::currentlayoutstate() const
@@ -217,7 +190,22 @@ double fractioni::arrangefields()
     const QRectF grip = twiprect(lblgrip);
     placecontrol(lblgrip, W - grip.width() - B * gapx, H - grip.height() - B * gapy);
     liftdenominator();
+    m_arranged = currentarrangement();
     return d;
+}
+
+fractioni::arrangement fractioni::currentarrangement() const
+{
+    return {size(),
+            qint64(m_borderstyle),
+            {gapx, gapy, m_tpx, m_tpy},
+            {wholepart->geometry(), numerator->geometry(), denominator->geometry(), lblgrip->geometry()},
+            wholepart->isHidden(),
+            numerator->text(),
+            denominator->text(),
+            wholepart->font(),
+            denominator->font(),
+            devicePixelRatioF()};
 }
 
 void fractioni::liftdenominator()
@@ -249,7 +237,9 @@ void fractioni::resizeprocedure()
 
     // The font follows the control's height: the host's resizing acts as a zoom.
     const double ratio = lastheight > 0 ? H / lastheight : 1.0;
-    setcontrolfont(this, m_font, pointsize(m_font) * ratio);
+    // At the same height the font the control built last is built again: nothing changes.
+    if (ratio != 1.0 || !m_fontbuilt)
+        setcontrolfont(this, m_font, pointsize(m_font) * ratio);
 
     sizecontrol(wholepart, textwidth(wholepart, m_wholepart), textheight(wholepart, m_wholepart));
     const double numerwidth = textwidth(numerator, m_numerator);
@@ -307,7 +297,9 @@ void fractioni::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.fillRect(rect(), fromoleColor(m_backcolor));
-    m_separatoroffset = arrangefields();
+    // Placed again only when something the placement depends on changed since it was last done.
+    if (m_arranged != currentarrangement())
+        m_separatoroffset = arrangefields();
     const std::array<std::pair<const QLineEdit *, quint32>, 3> fields{{
         {wholepart, m_wholepartbackcolor},
         {numerator, m_numeratorbackcolor},
@@ -343,12 +335,12 @@ void fractioni::paintseparator(QPainter &painter) const
         const double denomtop = denom.top()
                               + fractionpaint::inktop(denominator->font(), denom.height(), denominator->text(),
                                                       denominator->textMargins().bottom(), devicePixelRatioF());
+        const double linewidth = fractionpaint::fontlinewidth(numerator->font());
         const QLineF line = fractionpaint::separatorline(wider, numerbottom, denomtop, m_fractionslash,
-                                                         devicePixelRatioF(), QFontMetricsF(numerator->font()).lineWidth());
+                                                         devicePixelRatioF(), linewidth);
         painter.setRenderHint(QPainter::Antialiasing, m_fractionslash);
         // Flat ends: a square cap would reach past the line's end toward the digits.
-        painter.setPen(QPen(separator, fractionpaint::separatorwidth(QFontMetricsF(numerator->font()).lineWidth()),
-                            Qt::SolidLine, Qt::FlatCap));
+        painter.setPen(QPen(separator, fractionpaint::separatorwidth(linewidth), Qt::SolidLine, Qt::FlatCap));
         painter.drawLine(line);
     }
     if (m_borderstyle != borderstylenone) {

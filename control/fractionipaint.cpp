@@ -3,12 +3,15 @@
 
 #include <QFontMetrics>
 #include <QFontMetricsF>
+#include <QGuiApplication>
 #include <QHash>
 #include <QImage>
 #include <QPainter>
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
+#include <vector>
 
 namespace kelfractionint::fractionpaint {
 
@@ -21,37 +24,108 @@ struct ink
     bool any = false;
 };
 
-// The rows that \a text's glyphs cover when its line starts at 0, measured from the glyphs as
-// drawn at this pixel density (a font's own ink boxes are rounded). Shared per font and text.
-ink measuredink(const QFont &font, const QString &text, qreal dpr)
+// What is known of one text in one font: measured when first asked for, then kept.
+struct textmeasures
 {
-    static QHash<QString, ink> known;
-    // Painting asks again and again in one font: its key is made once.
-    static QFont lastfont;
-    static QString lastkey;
-    if (lastkey.isEmpty() || font != lastfont) {
-        lastfont = font;
-        lastkey = font.key();
+    qreal advance = -1;
+    int lineheight = -1;
+    // The ink at the last two pixel densities asked for (a screen's, and a picture's).
+    qreal inkdpr[2] = {0, 0};
+    ink inks[2];
+    int nextink = 0;
+};
+
+// What is known of one font: its line's measures once, its texts' when asked for.
+struct fontmeasures
+{
+    explicit fontmeasures(const QFont &f)
+        : font(f), metrics(f), height(QFontMetrics(f).height()), heightf(metrics.height()),
+          ascent(metrics.ascent()), linewidth(metrics.lineWidth())
+    {
     }
-    QString key;
-    key.reserve(lastkey.size() + text.size() + 8);
-    key.append(lastkey).append(QLatin1Char('\x1f')).append(QString::number(dpr)).append(QLatin1Char('\x1f')).append(text);
-    const auto found = known.constFind(key);
-    if (found != known.constEnd())
-        return *found;
-    if (known.size() > 4096)
-        known.clear();
-    const QFontMetricsF metrics(font);
-    const QSize size(int(std::ceil(metrics.horizontalAdvance(text) + metrics.height())) + 4,
-                     int(std::ceil(metrics.height())) + 4);
+    QFont font;
+    QFontMetricsF metrics;
+    int height;
+    qreal heightf;
+    qreal ascent;
+    qreal linewidth;
+    QHash<QString, textmeasures> texts;
+    textmeasures scratch;
+
+    textmeasures &text(const QString &t)
+    {
+        // A long text is measured each time rather than kept alive here.
+        if (t.size() > 256) {
+            scratch = {};
+            return scratch;
+        }
+        auto found = texts.find(t);
+        if (found != texts.end())
+            return *found;
+        // Bounded for hosts that show many values, say a table scrolled through.
+        if (texts.size() >= 4096)
+            texts.clear();
+        return *texts.insert(t, {});
+    }
+};
+
+// Every layout and paint measures the same few texts in the same few fonts again, and a form
+// holds many controls with equal fonts: the measures are shared. A font is found by comparing
+// fonts, which is quick for copies of one font; forgotten when the installed fonts change, and
+// bounded for hosts that zoom through many sizes. A reference is good until the next lookup.
+fontmeasures &measuresof(const QFont &font)
+{
+    static std::vector<std::unique_ptr<fontmeasures>> fonts;
+    static fontmeasures *last = nullptr;
+    static const bool watching = [] {
+        if (auto *app = qobject_cast<QGuiApplication *>(QCoreApplication::instance()))
+            QObject::connect(app, &QGuiApplication::fontDatabaseChanged, app, [] {
+                last = nullptr;
+                fonts.clear();
+            });
+        return true;
+    }();
+    Q_UNUSED(watching);
+    if (last && last->font == font)
+        return *last;
+    for (const auto &known : fonts) {
+        if (known->font == font) {
+            last = known.get();
+            return *last;
+        }
+    }
+    if (fonts.size() >= 32)
+        fonts.clear();
+    fonts.push_back(std::make_unique<fontmeasures>(font));
+    last = fonts.back().get();
+    return *last;
+}
+
+qreal advanceof(fontmeasures &measures, textmeasures &text, const QString &t)
+{
+    if (text.advance < 0)
+        text.advance = measures.metrics.horizontalAdvance(t);
+    return text.advance;
+}
+
+// The rows that \a text's glyphs cover when its line starts at 0, measured from the glyphs as
+// drawn at this pixel density (a font's own ink boxes are rounded).
+ink measuredink(fontmeasures &measures, textmeasures &known, const QString &text, qreal dpr)
+{
+    for (int i = 0; i < 2; ++i) {
+        if (known.inkdpr[i] == dpr)
+            return known.inks[i];
+    }
+    const QSize size(int(std::ceil(advanceof(measures, known, text) + measures.heightf)) + 4,
+                     int(std::ceil(measures.heightf)) + 4);
     QImage image(size * dpr, QImage::Format_ARGB32_Premultiplied);
     image.setDevicePixelRatio(dpr);
     image.fill(Qt::transparent);
     {
         QPainter painter(&image);
-        painter.setFont(font);
+        painter.setFont(measures.font);
         painter.setPen(Qt::black);
-        painter.drawText(QPointF(2, 2 + metrics.ascent()), text);
+        painter.drawText(QPointF(2, 2 + measures.ascent), text);
     }
     ink result;
     for (int y = 0; y < image.height(); ++y) {
@@ -63,41 +137,76 @@ ink measuredink(const QFont &font, const QString &text, qreal dpr)
             result.any = true;
         }
     }
-    known.insert(key, result);
+    known.inkdpr[known.nextink] = dpr;
+    known.inks[known.nextink] = result;
+    known.nextink = 1 - known.nextink;
     return result;
 }
 
 // Where a frameless line edit of \a fieldheight starts the line of \a text, raised by \a lift.
-int linetop(const QFont &font, int fieldheight, const QString &text, int lift)
+int linetop(const fontmeasures &measures, textmeasures &known, int fieldheight, const QString &text, int lift)
 {
     // As QLineEdit centres its line: the text's height is at least the font's.
-    const QFontMetrics metrics(font);
-    const int lineheight = std::max(metrics.boundingRect(text).height(), metrics.height());
-    return -lift + (fieldheight - lineheight + 1) / 2;
+    if (known.lineheight < 0)
+        known.lineheight = std::max(QFontMetrics(measures.font).boundingRect(text).height(), measures.height);
+    return -lift + (fieldheight - known.lineheight + 1) / 2;
+}
+
+double inktop(fontmeasures &measures, const QString &text, int fieldheight, int lift, qreal dpr)
+{
+    textmeasures &known = measures.text(text);
+    const ink glyphs = measuredink(measures, known, text, dpr);
+    return linetop(measures, known, fieldheight, text, lift) + (glyphs.any ? glyphs.top : measures.ascent);
+}
+
+double inkbottom(fontmeasures &measures, const QString &text, int fieldheight, int lift, qreal dpr)
+{
+    textmeasures &known = measures.text(text);
+    const ink glyphs = measuredink(measures, known, text, dpr);
+    return linetop(measures, known, fieldheight, text, lift) + (glyphs.any ? glyphs.bottom : measures.ascent);
+}
+
+int denominatorlift(fontmeasures &measures, int fieldheight, int fieldtop, const QString &text, int limit, qreal dpr)
+{
+    if (!measuredink(measures, measures.text(text), text, dpr).any)
+        return 0;
+    const int needed = int(std::ceil(fieldtop + inkbottom(measures, text, fieldheight, 0, dpr) - limit));
+    // Raised no further than the ink's top stays inside the field, which clips it.
+    const int room = int(std::floor(inktop(measures, text, fieldheight, 0, dpr)));
+    return std::clamp(needed, 0, std::max(room, 0));
 }
 
 } // namespace
 
 double inktop(const QFont &font, int fieldheight, const QString &text, int lift, qreal dpr)
 {
-    const ink glyphs = measuredink(font, text, dpr);
-    return linetop(font, fieldheight, text, lift) + (glyphs.any ? glyphs.top : QFontMetricsF(font).ascent());
+    return inktop(measuresof(font), text, fieldheight, lift, dpr);
 }
 
 double inkbottom(const QFont &font, int fieldheight, const QString &text, int lift, qreal dpr)
 {
-    const ink glyphs = measuredink(font, text, dpr);
-    return linetop(font, fieldheight, text, lift) + (glyphs.any ? glyphs.bottom : QFontMetricsF(font).ascent());
+    return inkbottom(measuresof(font), text, fieldheight, lift, dpr);
 }
 
 int denominatorlift(const QFont &font, int fieldheight, int fieldtop, const QString &text, int limit, qreal dpr)
 {
-    if (!measuredink(font, text, dpr).any)
-        return 0;
-    const int needed = int(std::ceil(fieldtop + inkbottom(font, fieldheight, text, 0, dpr) - limit));
-    // Raised no further than the ink's top stays inside the field, which clips it.
-    const int room = int(std::floor(inktop(font, fieldheight, text, 0, dpr)));
-    return std::clamp(needed, 0, std::max(room, 0));
+    return denominatorlift(measuresof(font), fieldheight, fieldtop, text, limit, dpr);
+}
+
+qreal textadvance(const QFont &font, const QString &text)
+{
+    fontmeasures &measures = measuresof(font);
+    return advanceof(measures, measures.text(text), text);
+}
+
+qreal fontlinewidth(const QFont &font)
+{
+    return measuresof(font).linewidth;
+}
+
+qreal fontlineheight(const QFont &font)
+{
+    return measuresof(font).heightf;
 }
 
 double separatorwidth(double linewidth)
@@ -174,12 +283,12 @@ fractionparts arrange(const QFont &font, const QString &whole, const QString &nu
                       bool slash, qreal devicepixelratio)
 {
     constexpr int gap = 2;
-    const QFontMetricsF metrics(font);
-    const int line = QFontMetrics(font).height();
+    fontmeasures &measures = measuresof(font);
+    const int line = measures.height;
     const int height = 2 * line;
-    const int wholewidth = whole.isEmpty() ? 0 : int(std::ceil(metrics.horizontalAdvance(whole)));
-    const double numerwidth = metrics.horizontalAdvance(numerator);
-    const double denomwidth = metrics.horizontalAdvance(denominator);
+    const int wholewidth = whole.isEmpty() ? 0 : int(std::ceil(advanceof(measures, measures.text(whole), whole)));
+    const double numerwidth = advanceof(measures, measures.text(numerator), numerator);
+    const double denomwidth = advanceof(measures, measures.text(denominator), denominator);
     const int fracwidth = int(std::ceil(std::max(numerwidth, denomwidth)));
     const int offset = int(std::lround(centeroffset(numerwidth, denomwidth, numerator.size(), denominator.size())));
     fractionparts parts;
@@ -194,11 +303,13 @@ fractionparts arrange(const QFont &font, const QString &whole, const QString &nu
     parts.denominator = QRect(places.denominator.toPoint(), QSize(fracwidth, line));
     const int numertop = parts.numerator.top();
     const int denomtop = parts.denominator.top();
-    parts.denominatorlift = denominatorlift(font, line, denomtop, denominator, height, devicepixelratio);
-    const double numerbottom = numertop + inkbottom(font, line, numerator, 0, devicepixelratio);
-    const double denominktop = denomtop + inktop(font, line, denominator, parts.denominatorlift, devicepixelratio);
+    parts.denominatorlift = denominatorlift(measures, line, denomtop, denominator, height, devicepixelratio);
+    const double numerbottom = numertop + inkbottom(measures, numerator, line, 0, devicepixelratio);
+    const double denominktop = denomtop + inktop(measures, denominator, line, parts.denominatorlift, devicepixelratio);
     parts.separator = separatorline(offset < 0 ? parts.denominator : parts.numerator, numerbottom, denominktop, slash,
-                                    devicepixelratio, metrics.lineWidth());
+                                    devicepixelratio, measures.linewidth);
+    parts.ascent = measures.ascent;
+    parts.penwidth = separatorwidth(measures.linewidth);
     return parts;
 }
 

@@ -22,6 +22,11 @@ double inkbottom(const QFont &font, int fieldheight, const QString &text, int li
 /*! How far the text of a field at \a fieldtop must be raised so that its ink ends above
  *  \a limit (all in the parent's pixels), as far as the ink above leaves room. */
 int denominatorlift(const QFont &font, int fieldheight, int fieldtop, const QString &text, int limit, qreal dpr);
+/*! The advance of \a text, the line width and the line height of \a font, in pixels, as
+ *  QFontMetricsF gives them; measured once and kept. */
+qreal textadvance(const QFont &font, const QString &text);
+qreal fontlinewidth(const QFont &font);
+qreal fontlineheight(const QFont &font);
 /*! The pen width of a separator in a font whose line width is \a linewidth. */
 double separatorwidth(double linewidth);
 /*! The separator over \a wider: a slash from its lower left to its upper right, or a bar,
@@ -60,6 +65,8 @@ struct fractionparts
     int denominatorlift = 0;
     QLineF separator;
     QSize size;
+    double ascent = 0;
+    double penwidth = 1;
 };
 fractionparts arrange(const QFont &font, const QString &whole, const QString &numerator, const QString &denominator,
                       bool slash, qreal devicepixelratio);

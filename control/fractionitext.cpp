@@ -438,10 +438,28 @@ bool fractioni::typedcharacter(const QKeyEvent *key)
         QKeySequence::Redo,      QKeySequence::SelectAll, QKeySequence::Delete,
     };
     for (const QKeySequence::StandardKey standard : editing) {
-        if (key->matches(standard))
+        if (isstandardkey(key, standard))
             return false;
     }
     return true;
+}
+
+bool fractioni::isstandardkey(const QKeyEvent *key, QKeySequence::StandardKey standard)
+{
+    // As QKeyEvent::matches, which asks the platform for the key bindings on every call: they are
+    // asked for once. The keypad and group switch modifiers make no difference.
+    static QHash<int, QList<int>> bindings;
+    auto known = bindings.constFind(standard);
+    if (known == bindings.constEnd()) {
+        QList<int> keys;
+        for (const QKeySequence &binding : QKeySequence::keyBindings(standard)) {
+            if (binding.count() == 1)
+                keys.append(binding[0].toCombined());
+        }
+        known = bindings.insert(standard, keys);
+    }
+    const int searchkey = int((key->modifiers() | key->key()) & ~(Qt::KeypadModifier | Qt::GroupSwitchModifier));
+    return searchkey != 0 && known->contains(searchkey);
 }
 
 bool fractioni::eventFilter(QObject *watched, QEvent *event)
