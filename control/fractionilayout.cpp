@@ -296,7 +296,8 @@ void fractioni::showEvent(QShowEvent *event)
 void fractioni::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    painter.fillRect(rect(), fromoleColor(m_backcolor));
+    const QColor background = fromoleColor(m_backcolor);
+    painter.fillRect(rect(), background);
     // Placed again only when something the placement depends on changed since it was last done.
     if (m_arranged != currentarrangement())
         m_separatoroffset = arrangefields();
@@ -306,8 +307,10 @@ void fractioni::paintEvent(QPaintEvent *)
         {denominator, m_denominatorbackcolor},
     }};
     for (const auto &[field, color] : fields) {
-        if (!field->isHidden())
-            painter.fillRect(field->geometry(), fromoleColor(color));
+        // A field in the surface's own colour is already painted.
+        const QColor fill = fromoleColor(color);
+        if (!field->isHidden() && (fill != background || fill.alpha() != 255))
+            painter.fillRect(field->geometry(), fill);
     }
     paintseparator(painter);
 }

@@ -253,9 +253,10 @@ void fractioni::fieldedited(QLineEdit *field, const QString &text)
 void fractioni::navigatefields(QLineEdit *field, int key)
 {
     const QString name = field->objectName();
-    const QString whole = m_wholepart;
-    const bool plainwhole = !modfracglobal::hasdecimalsep(whole.toStdString())
-                         && !modfracglobal::haspercentsign(whole.toStdString());
+    auto plainwhole = [this] {
+        const std::string whole = m_wholepart.toStdString();
+        return !modfracglobal::hasdecimalsep(whole) && !modfracglobal::haspercentsign(whole);
+    };
     auto showfractionpart = [this] {
         numerator->setVisible(true);
         denominator->setVisible(true);
@@ -272,7 +273,7 @@ void fractioni::navigatefields(QLineEdit *field, int key)
     case Qt::Key_Right:
         if (name == QLatin1String("wholepart")) {
             const int length = int(field->text().size());
-            if (field->cursorPosition() == length && lastselstart != length - 1 && plainwhole
+            if (field->cursorPosition() == length && lastselstart != length - 1 && plainwhole()
                 && m_fracpartvisible) {
                 if (numerator->isHidden())
                     showfractionpart();
@@ -304,7 +305,7 @@ void fractioni::navigatefields(QLineEdit *field, int key)
         break;
     case Qt::Key_Down:
         if (name == QLatin1String("wholepart") || name == QLatin1String("numerator")) {
-            if (!plainwhole)
+            if (!plainwhole())
                 break;
             if (numerator->isHidden()) {
                 if (!m_fracpartvisible)
@@ -317,8 +318,8 @@ void fractioni::navigatefields(QLineEdit *field, int key)
     default:
         // After a key that types or edits, the caret stands at the end of the text; a released
         // modifier or a key that only selects (Ctrl+A, Tab into the field) keeps the selection,
-        // so that what is typed next replaces it.
-        if (m_keyedits) {
+        // so that what is typed next replaces it. A caret already there is not moved.
+        if (m_keyedits && (field->hasSelectedText() || field->cursorPosition() != int(field->text().size()))) {
             field->setCursorPosition(0);
             field->setCursorPosition(int(field->text().size()));
         }
