@@ -9,6 +9,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <memory>
 #include <vector>
@@ -76,29 +77,45 @@ struct fontmeasures
 fontmeasures &measuresof(const QFont &font)
 {
     static std::vector<std::unique_ptr<fontmeasures>> fonts;
-    static fontmeasures *last = nullptr;
+    // The fonts last asked for: a widget's font asked for again is the very same copy.
+    struct recent
+    {
+        QFont font;
+        fontmeasures *measures = nullptr;
+    };
+    static std::array<recent, 4> recents;
+    static std::size_t nextrecent = 0;
     static const bool watching = [] {
         if (auto *app = qobject_cast<QGuiApplication *>(QCoreApplication::instance()))
             QObject::connect(app, &QGuiApplication::fontDatabaseChanged, app, [] {
-                last = nullptr;
+                recents = {};
                 fonts.clear();
             });
         return true;
     }();
     Q_UNUSED(watching);
-    if (last && last->font == font)
-        return *last;
+    for (const recent &known : recents) {
+        if (known.measures && known.font.isCopyOf(font))
+            return *known.measures;
+    }
+    fontmeasures *found = nullptr;
     for (const auto &known : fonts) {
         if (known->font == font) {
-            last = known.get();
-            return *last;
+            found = known.get();
+            break;
         }
     }
-    if (fonts.size() >= 32)
-        fonts.clear();
-    fonts.push_back(std::make_unique<fontmeasures>(font));
-    last = fonts.back().get();
-    return *last;
+    if (!found) {
+        if (fonts.size() >= 32) {
+            recents = {};
+            fonts.clear();
+        }
+        fonts.push_back(std::make_unique<fontmeasures>(font));
+        found = fonts.back().get();
+    }
+    recents[nextrecent] = {font, found};
+    nextrecent = (nextrecent + 1) % recents.size();
+    return *found;
 }
 
 qreal advanceof(fontmeasures &measures, textmeasures &text, const QString &t)
