@@ -5,6 +5,9 @@
 
 #include <benchmark/benchmark.h>
 
+#include <QByteArray>
+#include <QtGlobal>
+
 #include <map>
 #include <string>
 #include <vector>
@@ -38,3 +41,30 @@ public:
     std::map<std::string, double> results;
     std::map<std::string, double> counters;
 };
+
+/*! The command line with the benchmarks repeated and interleaved, unless it says otherwise: on a
+ *  shared machine a burst of load then spreads over all benchmarks instead of falling on one. */
+inline std::vector<char *> benchmarkarguments(int argc, char **argv, const char *repetitions = "5")
+{
+    static std::string repeat;
+    static char interleaving[] = "--benchmark_enable_random_interleaving=true";
+    static char aggregates[] = "--benchmark_report_aggregates_only=true";
+    repeat = std::string("--benchmark_repetitions=") + repetitions;
+    std::vector<char *> args(argv, argv + argc);
+    bool repeated = false;
+    for (int i = 1; i < argc; ++i)
+        repeated = repeated || std::string(argv[i]).rfind("--benchmark_repetitions", 0) == 0;
+    if (!repeated)
+        args.insert(args.end(), {repeat.data(), interleaving, aggregates});
+    args.push_back(nullptr);
+    return args;
+}
+
+/*! The real platform when there is a display (the offscreen one paints into plain images), the
+ *  offscreen one otherwise. Call before creating the application. */
+inline void choosebenchmarkplatform()
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsEmpty("DISPLAY")
+        && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+        qputenv("QT_QPA_PLATFORM", QByteArrayLiteral("offscreen"));
+}

@@ -211,37 +211,17 @@ BENCHMARK(BM_form_spinbox)->Unit(benchmark::kMillisecond)->Iterations(5);
 BENCHMARK(BM_form_floor)->Unit(benchmark::kMillisecond)->Iterations(5);
 BENCHMARK(BM_form_fractioni)->Unit(benchmark::kMillisecond)->Iterations(5);
 
-// Repeated and interleaved unless the command line says otherwise: on a shared machine a burst of
-// load then spreads over all benchmarks instead of falling on one.
-std::vector<char *> withdefaults(int argc, char **argv)
-{
-    static char repetitions[] = "--benchmark_repetitions=5";
-    static char interleaving[] = "--benchmark_enable_random_interleaving=true";
-    static char aggregates[] = "--benchmark_report_aggregates_only=true";
-    std::vector<char *> args(argv, argv + argc);
-    bool repeated = false;
-    for (int i = 1; i < argc; ++i)
-        repeated = repeated || std::string(argv[i]).rfind("--benchmark_repetitions", 0) == 0;
-    if (!repeated)
-        args.insert(args.end(), {repetitions, interleaving, aggregates});
-    args.push_back(nullptr);
-    return args;
-}
-
 } // namespace
 
 int main(int argc, char **argv)
 {
-    // The real platform when there is a display: the offscreen one paints into plain images.
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsEmpty("DISPLAY")
-        && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
-        qputenv("QT_QPA_PLATFORM", QByteArrayLiteral("offscreen"));
+    choosebenchmarkplatform();
     QApplication app(argc, argv);
     QLocale::setDefault(QLocale::c());
     modfracglobal::setnumberlocale({".", ","});
     kelfractionint::messagecapture messages;
 
-    std::vector<char *> args = withdefaults(argc, argv);
+    std::vector<char *> args = benchmarkarguments(argc, argv);
     int count = int(args.size()) - 1;
     benchmark::Initialize(&count, args.data());
     ratiocollector reporter;
