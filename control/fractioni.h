@@ -14,8 +14,8 @@
 #include <QWidget>
 
 #include <array>
-#include <type_traits>
 #include <optional>
+#include <type_traits>
 
 class QAction;
 class QContextMenuEvent;
