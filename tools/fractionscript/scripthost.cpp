@@ -27,6 +27,8 @@ namespace {
 constexpr int maxarrayitems = 1 << 20;
 // Event handlers that assign the value may raise events within each other this deep.
 constexpr int maxeventdepth = 64;
+// Values a script passes nest at most this deep (a font in an array in a collection needs three).
+constexpr int maxvaluedepth = 64;
 
 // The script side of the host: controls are proxies that route every member of the interface
 // through the dispatch table by its dispatch id, so that scripts bind exactly as containers do.
@@ -103,17 +105,9 @@ const char *prelude = R"JS(
         return value;
     }
 
-    function call(target, dispid, kind, args) {
-        const outcome = host.invoke(target, dispid, kind, args.map(unwrap));
-        for (const [index, value] of outcome.refs) {
-            const original = args[index];
-            if (Array.isArray(original) && Array.isArray(value)) {
-                // Element by element: spreading a long array would overflow the engine's stack.
-                original.length = value.length;
-                for (let i = 0; i < value.length; ++i)
-                    original[i] = value[i];
-            }
-        }
+    // A stopped recursion of handlers is the outermost call's error, once; a call from the top
+    // of the script starts without one, whatever an earlier call left behind.
+    function settle(outcome) {
         if (outcome.error !== undefined)
             throw outcome.error;
         if (overflowed && depth === 0) {
@@ -121,6 +115,28 @@ const char *prelude = R"JS(
             host.fail(28, 'event handlers changed the value ' + maxdepth + ' times within each other');
         }
         return outcome.value;
+    }
+
+    function outermost(run) {
+        if (depth === 0)
+            overflowed = false;
+        return settle(run());
+    }
+
+    function call(target, dispid, kind, args) {
+        return outermost(() => {
+            const outcome = host.invoke(target, dispid, kind, args.map(unwrap));
+            for (const [index, value] of outcome.refs) {
+                const original = args[index];
+                if (Array.isArray(original) && Array.isArray(value)) {
+                    // Element by element: spreading a long array would overflow the engine's stack.
+                    original.length = value.length;
+                    for (let i = 0; i < value.length; ++i)
+                        original[i] = value[i];
+                }
+            }
+            return outcome;
+        });
     }
 
     // A signal whose handlers run within the depth bound.
@@ -179,14 +195,17 @@ const char *prelude = R"JS(
                     return signals[name];
                 }
                 switch (name) {
-                case 'WriteProperties': return bag => host.writeproperties(target, unwrap(bag));
-                case 'ReadProperties': return bag => host.readproperties(target, unwrap(bag));
+                case 'WriteProperties':
+                case 'ReadProperties':
+                    return bag => outermost(() => host.bagcall(target, name, unwrap(bag)));
                 case 'objectName': return target.objectName;
                 // Additions of the control, reached by name only: they have no dispatch ids.
                 case 'approximate':
                 case 'fractiontext':
                 case 'loadfractiontext':
-                    return (...args) => target[name](...args);
+                    if (!methods[name])
+                        methods[name] = (...args) => outermost(() => host.invokebyname(target, name, args));
+                    return methods[name];
                 case 'toString': return () => '[fractioni ' + target.objectName + ']';
                 }
                 return undefined;
@@ -223,7 +242,9 @@ const char *prelude = R"JS(
         return String(value);
     }
 
-    global.createfraction = function (bag) { return host.createfraction(bag === undefined ? null : unwrap(bag)); };
+    global.createfraction = function (bag) {
+        return outermost(() => ({value: host.createfraction(bag === undefined ? null : unwrap(bag))}));
+    };
     global.createpropertybag = function () { return host.createpropertybag(); };
     global.messages = function () { return host.messages(); };
     global.print = function (...values) { host.print(values.map(show).join(' ')); };
@@ -437,8 +458,13 @@ QJSValue scripthost::toscript(const QVariant &value)
     }
 }
 
-QVariant scripthost::fromscript(const QJSValue &value)
+QVariant scripthost::fromscript(const QJSValue &value, int depth)
 {
+    // A cyclic or very deep value would take the host's stack with it.
+    if (depth > maxvaluedepth) {
+        fail(28, QStringLiteral("a value nested more than %1 levels deep (or cyclic)").arg(maxvaluedepth));
+        return {};
+    }
     if (value.isUndefined())
         return {};
     if (value.isNull())
@@ -467,7 +493,7 @@ QVariant scripthost::fromscript(const QJSValue &value)
         QVariantList items;
         items.reserve(qsizetype(length));
         for (quint32 i = 0; i < quint32(length) && !m_engine.hasError(); ++i)
-            items.append(fromscript(value.property(i)));
+            items.append(fromscript(value.property(i), depth + 1));
         return items;
     }
     if (value.isCallable() || value.isDate() || value.isRegExp() || value.isError())
@@ -477,7 +503,7 @@ QVariant scripthost::fromscript(const QJSValue &value)
     QJSValueIterator it(value);
     while (it.hasNext() && !m_engine.hasError()) {
         it.next();
-        properties.insert(it.name(), fromscript(it.value()));
+        properties.insert(it.name(), fromscript(it.value(), depth + 1));
     }
     return properties;
 }
@@ -636,16 +662,67 @@ QStringList scripthost::eventnames() const
     return names;
 }
 
-void scripthost::readproperties(const QJSValue &control, const QJSValue &bag)
+QJSValue scripthost::bagcall(const QJSValue &control, const QString &name, const QJSValue &bag)
 {
-    if (auto [target, source] = controlandbag(control, bag, "ReadProperties"); target)
-        target->ReadProperties(source->bag());
+    const QByteArray function = name.toLatin1();
+    auto [target, source] = controlandbag(control, bag, function.constData());
+    if (!target)
+        return {};
+    return settled(target, [&] {
+        if (name == QLatin1String("ReadProperties"))
+            target->ReadProperties(source->bag());
+        else
+            target->WriteProperties(source->bag());
+        return QVariant();
+    });
 }
 
-void scripthost::writeproperties(const QJSValue &control, const QJSValue &bag)
+QJSValue scripthost::invokebyname(const QJSValue &control, const QString &name, const QJSValue &args)
 {
-    if (auto [target, source] = controlandbag(control, bag, "WriteProperties"); target)
-        target->WriteProperties(source->bag());
+    fractioni *target = controlof(control, name.toLatin1().constData());
+    if (!target)
+        return {};
+    // The members without dispatch ids, with the engine's own conversions of their arguments.
+    const int given = args.property(QStringLiteral("length")).toInt();
+    const int wanted = name == QLatin1String("fractiontext") ? 0 : 1;
+    if (given != wanted) {
+        throwautomation(450, QStringLiteral("Wrong number of arguments or invalid property assignment"),
+                        QStringLiteral("%1 takes %2 argument(s), %3 given").arg(name).arg(wanted).arg(given));
+        return {};
+    }
+    const QJSValue argument = args.property(0);
+    // What is neither a primitive nor an object is a Symbol, which nothing converts.
+    if (!argument.isUndefined() && !argument.isNull() && !argument.isBool() && !argument.isNumber()
+        && !argument.isString() && !argument.isObject()) {
+        fail(13, QStringLiteral("a Symbol is no value"));
+        return {};
+    }
+    const qint32 number = name == QLatin1String("approximate") ? argument.toInt() : 0;
+    const QString text = name == QLatin1String("loadfractiontext") ? argument.toString() : QString();
+    if (m_engine.hasError())
+        return {};
+    return settled(target, [&]() -> QVariant {
+        if (name == QLatin1String("approximate"))
+            return target->approximate(number);
+        if (name == QLatin1String("loadfractiontext"))
+            return target->loadfractiontext(text);
+        return target->fractiontext();
+    });
+}
+
+QJSValue scripthost::settled(fractioni *target, const std::function<QVariant()> &run)
+{
+    const QPointer<fractioni> alive(target);
+    const automationcall scope;
+    target->clearlasterror();
+    const QVariant result = run();
+    QJSValue outcome = m_engine.newObject();
+    outcome.setProperty(QStringLiteral("value"), toscript(result));
+    if (alive && alive->lasterrornumber() != 0) {
+        outcome.setProperty(QStringLiteral("error"),
+                            automationerrorobject(alive->lasterrornumber(), alive->lasterrordescription()));
+    }
+    return outcome;
 }
 
 std::pair<fractioni *, scriptpropertybag *> scripthost::controlandbag(const QJSValue &control, const QJSValue &bag,

@@ -62,8 +62,8 @@ public:
     Q_INVOKABLE QString typelibrary() const;
     Q_INVOKABLE QJSValue membertable();
     Q_INVOKABLE QStringList eventnames() const;
-    Q_INVOKABLE void readproperties(const QJSValue &control, const QJSValue &bag);
-    Q_INVOKABLE void writeproperties(const QJSValue &control, const QJSValue &bag);
+    Q_INVOKABLE QJSValue bagcall(const QJSValue &control, const QString &name, const QJSValue &bag);
+    Q_INVOKABLE QJSValue invokebyname(const QJSValue &control, const QString &name, const QJSValue &args);
     Q_INVOKABLE void raise(int number, const QString &name);
     Q_INVOKABLE void fail(int number, const QString &detail);
     Q_INVOKABLE int maxitems() const;
@@ -74,8 +74,9 @@ public:
      *  objects, lists as arrays. */
     QJSValue toscript(const QVariant &value);
     /*! An automation value for a script value: QObject pointers for objects of the host, lists for
-     *  arrays, Empty for undefined and Nothing for null. */
-    QVariant fromscript(const QJSValue &value);
+     *  arrays, Empty for undefined and Nothing for null. Throws 28 for a value nested too deep
+     *  (a cyclic one). */
+    QVariant fromscript(const QJSValue &value, int depth = 0);
 
     /*! Throws the script error for an automation error (see the class). */
     QJSValue automationerrorobject(int number, const QString &description, const QString &detail = {});
@@ -87,6 +88,8 @@ private:
     std::pair<fractioni *, scriptpropertybag *> controlandbag(const QJSValue &control, const QJSValue &bag,
                                                               const char *function);
     void placecontrol(fractioni *control);
+    // Runs a member of \a target directly and hands the script its result and recorded error.
+    QJSValue settled(fractioni *target, const std::function<QVariant()> &run);
 
     QJSEngine m_engine;
     std::unique_ptr<QWidget> m_form;
