@@ -17,6 +17,35 @@ namespace {
 
 // Where a delegate's editor keeps its fields: Enter, Escape and Tab in any of them end the edit.
 constexpr char editorproperty[] = "kelfractionint_delegateeditor";
+// The value an editor was given, when it holds the cell's value exactly.
+constexpr char loadedproperty[] = "kelfractionint_loadedvalue";
+
+QStringList valueof(const fractioni &control)
+{
+    return {control.Wholepartvalue(), control.Numeratorvalue(), control.Denominatorvalue()};
+}
+
+// Whether the control shows the record's parts: blanks are trimmed, a whole part may lose or
+// gain its "+", and a denominator goes with an empty numerator.
+bool heldexactly(const QStringList &record, const QStringList &loaded)
+{
+    const auto trimmed = [](const QString &text) {
+        qsizetype first = 0;
+        qsizetype last = text.size();
+        while (first < last && text.at(first) == QLatin1Char(' '))
+            ++first;
+        while (last > first && text.at(last - 1) == QLatin1Char(' '))
+            --last;
+        return text.mid(first, last - first);
+    };
+    const auto unsigned_ = [&](const QString &text) {
+        const QString bare = trimmed(text);
+        return bare.startsWith(QLatin1Char('+')) ? bare.mid(1) : bare;
+    };
+    if (unsigned_(record.at(0)) != unsigned_(loaded.at(0)) || trimmed(record.at(1)) != loaded.at(1))
+        return false;
+    return loaded.at(1).isEmpty() || trimmed(record.at(2)) == loaded.at(2);
+}
 
 } // namespace
 
@@ -132,11 +161,11 @@ void fractiondelegate::setEditorData(QWidget *editor, const QModelIndex &index) 
         return;
     }
     const modfracglobal::scopedmessagesink quiet([](const std::string &) {});
-    try {
-        control->loadfraction(*record);
-    } catch (const modfracglobal::automationerror &) {
-        // A part the control refuses keeps the control's value.
-    }
+    control->loadfraction(*record);
+    // The cell is written back only when the user changed the value, and only when the editor
+    // took the cell's value as it is: a part the control refuses leaves the cell alone.
+    const QStringList loaded = valueof(*control);
+    control->setProperty(loadedproperty, heldexactly(*record, loaded) ? QVariant(loaded) : QVariant());
     // F2 or a double-click puts the caret in the first part shown.
     for (const char *name : {"wholepart", "numerator", "denominator"}) {
         auto *field = control->findChild<QLineEdit *>(QLatin1String(name));
@@ -154,8 +183,11 @@ void fractiondelegate::setModelData(QWidget *editor, QAbstractItemModel *model, 
         QStyledItemDelegate::setModelData(editor, model, index);
         return;
     }
-    model->setData(index, QStringList{control->Wholepartvalue(), control->Numeratorvalue(), control->Denominatorvalue()},
-                   Qt::EditRole);
+    const QVariant loaded = control->property(loadedproperty);
+    const QStringList value = valueof(*control);
+    if (!loaded.isValid() || loaded.toStringList() == value)
+        return;
+    model->setData(index, value, Qt::EditRole);
 }
 
 void fractiondelegate::updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option,

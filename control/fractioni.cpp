@@ -249,7 +249,19 @@ void fractioni::initialize(const propertybag *bag)
     updatefocusproxy();
 }
 
-fractioni::~fractioni() = default;
+fractioni::~fractioni()
+{
+    // Deleted by a handler of one of its signals: a field may be in the middle of its own event
+    // (a keystroke, a paste, a click), so the fields leave with the event loop instead.
+    if (calls::current().emitdepth > 0) {
+        for (QWidget *child : std::initializer_list<QWidget *>{wholepart, numerator, denominator, lblgrip}) {
+            child->removeEventFilter(this);
+            child->hide();
+            child->setParent(nullptr);
+            child->deleteLater();
+        }
+    }
+}
 
 void fractioni::InitProperties()
 {

@@ -13,6 +13,8 @@
 #include <QLineEdit>
 #include <QMenu>
 
+#include <array>
+
 namespace kelfractionint {
 
 namespace {
@@ -96,6 +98,13 @@ bool fractioni::pastefraction(QLineEdit *field)
     std::optional<QStringList> record = fractionof(QGuiApplication::clipboard()->text());
     if (!record || (record->at(1).isEmpty() && record->at(2).isEmpty()))
         return false;
+    // A fraction that would change a locked part is pasted as the text it is.
+    const std::array<std::pair<bool, const QString *>, 3> parts{
+        {{m_wholepartlocked, &m_wholepart}, {m_numeratorlocked, &m_numerator}, {m_denominatorlocked, &m_denominator}}};
+    for (int i = 0; i < 3; ++i) {
+        if (parts[i].first && record->at(i) != *parts[i].second)
+            return false;
+    }
     try {
         loadfraction(*record);
     } catch (const modfracglobal::automationerror &) {

@@ -125,16 +125,45 @@ qreal advanceof(fontmeasures &measures, textmeasures &text, const QString &t)
     return text.advance;
 }
 
+// What stands for \a text when its ink is measured: a long text covers the rows of its distinct
+// glyphs, which are drawn once each, so that the cost is bounded by the glyphs a font has rather
+// than by the text's length.
+QString inksample(const QString &text)
+{
+    constexpr qsizetype shortest = 64;
+    constexpr qsizetype mostglyphs = 1024;
+    if (text.size() <= shortest)
+        return text;
+    std::vector<bool> seen(0x110000);
+    QString sample;
+    for (qsizetype i = 0; i < text.size() && sample.size() < mostglyphs; ++i) {
+        char32_t code = text.at(i).unicode();
+        qsizetype length = 1;
+        if (text.at(i).isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate()) {
+            code = QChar::surrogateToUcs4(text.at(i), text.at(i + 1));
+            length = 2;
+        }
+        if (!seen[code]) {
+            seen[code] = true;
+            sample.append(QStringView(text).mid(i, length));
+        }
+        i += length - 1;
+    }
+    return sample;
+}
+
 // The rows that \a text's glyphs cover when its line starts at 0, measured from the glyphs as
 // drawn at this pixel density (a font's own ink boxes are rounded).
-ink measuredink(fontmeasures &measures, textmeasures &known, const QString &text, qreal dpr)
+ink measuredink(fontmeasures &measures, textmeasures &known, const QString &whole, qreal dpr)
 {
     for (int i = 0; i < 2; ++i) {
         if (known.inkdpr[i] == dpr)
             return known.inks[i];
     }
-    const QSize size(int(std::ceil(advanceof(measures, known, text) + measures.heightf)) + 4,
-                     int(std::ceil(measures.heightf)) + 4);
+    const QString text = inksample(whole);
+    const qreal advance = text.size() == whole.size() ? advanceof(measures, known, whole)
+                                                      : measures.metrics.horizontalAdvance(text);
+    const QSize size(int(std::ceil(advance + measures.heightf)) + 4, int(std::ceil(measures.heightf)) + 4);
     QImage image(size * dpr, QImage::Format_ARGB32_Premultiplied);
     image.setDevicePixelRatio(dpr);
     image.fill(Qt::transparent);
@@ -165,7 +194,7 @@ int linetop(const fontmeasures &measures, textmeasures &known, int fieldheight, 
 {
     // As QLineEdit centres its line: the text's height is at least the font's.
     if (known.lineheight < 0)
-        known.lineheight = std::max(QFontMetrics(measures.font).boundingRect(text).height(), measures.height);
+        known.lineheight = std::max(QFontMetrics(measures.font).boundingRect(inksample(text)).height(), measures.height);
     return -lift + (fieldheight - known.lineheight + 1) / 2;
 }
 
