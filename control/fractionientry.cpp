@@ -46,8 +46,10 @@ QAction *fractioni::pasteaction(const QMenu *menu)
 
 QString fractioni::fractiontext() const
 {
-    return QString::fromStdString(modfracglobal::strformatfraction(
-        {m_wholepart.toStdString(), m_numerator.toStdString(), m_denominator.toStdString()}));
+    return const_cast<fractioni *>(this)->guarded([&] {
+        return QString::fromStdString(modfracglobal::strformatfraction(
+            {m_wholepart.toStdString(), m_numerator.toStdString(), m_denominator.toStdString()}));
+    });
 }
 
 bool fractioni::loadfractiontext(const QString &text)

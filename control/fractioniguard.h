@@ -48,6 +48,9 @@ public:
     {
         if (m_outermost && clearsrecord)
             control->clearlasterror();
+        // A call from outside every handler starts without a stopped recursion.
+        if (m_outermost && calls::current().emitdepth == 0)
+            calls::current().overflowed = false;
     }
     ~callscope() { --calls::current().depth; }
     callscope(const callscope &) = delete;
@@ -137,7 +140,9 @@ template <typename F>
 bool fractioni::emitsafely(F &&emission)
 {
     calls::state &state = calls::current();
-    if (state.emitdepth >= calls::maxemitdepth) {
+    // Once handlers went too deep, nothing more is delivered until the outermost call ends:
+    // each level may raise several signals, and each would start the descent again.
+    if (state.overflowed || state.emitdepth >= calls::maxemitdepth) {
         state.overflowed = true;
         return true;
     }

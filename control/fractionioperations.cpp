@@ -422,24 +422,32 @@ qint32 fractioni::checkednumerdenomgcd() const
 
 QStringList fractioni::addfractions(const QVariant &objfracs)
 {
-    return totext(modfracglobal::straddfractions(buildlist(objfracs)));
+    return guarded([&]() -> QStringList {
+        return totext(modfracglobal::straddfractions(buildlist(objfracs)));
+    });
 }
 
 QStringList fractioni::addfractions(const QList<fractioni *> &objfracs)
 {
-    return totext(modfracglobal::straddfractions(buildlist(objfracs)));
+    return guarded([&]() -> QStringList {
+        return totext(modfracglobal::straddfractions(buildlist(objfracs)));
+    });
 }
 
 QStringList fractioni::multiplyfractions(const QVariant &objfracs)
 {
-    FractionList list = buildlist(objfracs);
-    return totext(modfracglobal::strmultiplyfractions(list));
+    return guarded([&]() -> QStringList {
+        FractionList list = buildlist(objfracs);
+        return totext(modfracglobal::strmultiplyfractions(list));
+    });
 }
 
 QStringList fractioni::multiplyfractions(const QList<fractioni *> &objfracs)
 {
-    FractionList list = buildlist(objfracs);
-    return totext(modfracglobal::strmultiplyfractions(list));
+    return guarded([&]() -> QStringList {
+        FractionList list = buildlist(objfracs);
+        return totext(modfracglobal::strmultiplyfractions(list));
+    });
 }
 
 QStringList fractioni::subtractfractions(fractioni *minuend, fractioni *minutor)
