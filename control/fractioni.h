@@ -382,6 +382,7 @@ private:
     static QAccessibleInterface *accessiblefactory(const QString &classname, QObject *object);
     class accessibleinterface;
     class accessiblefield;
+    class accessibleannouncement;
     void paintseparator(QPainter &painter) const;
 
     // Keys and mouse on the fields and the grip, seen through eventFilter; true when consumed
@@ -434,6 +435,7 @@ private:
     bool m_keyselects = false;
     bool m_announcepending = false;
     QString m_announcedwords;
+    QObject *m_announcer = nullptr;
     bool m_fieldtextsdeferred = false;
 
     // Layout state, in twips

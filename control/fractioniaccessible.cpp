@@ -116,10 +116,20 @@ void fractioni::announcevalue()
     QAccessible::updateAccessibility(&value);
     // A screen reader speaks a new description of the object that has the focus.
     QWidget *focus = focusWidget();
-    if (focus && (focus == wholepart || focus == numerator || focus == denominator) && focus->hasFocus()) {
-        QAccessibleEvent field(focus, QAccessible::DescriptionChanged);
-        QAccessible::updateAccessibility(&field);
+    if (!focus || (focus != wholepart && focus != numerator && focus != denominator) || !focus->hasFocus())
+        return;
+    QAccessibleEvent field(focus, QAccessible::DescriptionChanged);
+    QAccessible::updateAccessibility(&field);
+#if QT_VERSION < QT_VERSION_CHECK(6, 8, 0)
+    // This Qt's bridge sends the change without the new text, and screen readers speak only what
+    // the event carries: a notification shown beside the focused part says the words.
+    if (!m_announcer) {
+        m_announcer = new QObject(this);
+        m_announcer->setObjectName(QStringLiteral("announcement"));
     }
+    QAccessibleEvent shown(m_announcer, QAccessible::ObjectShow);
+    QAccessible::updateAccessibility(&shown);
+#endif
 }
 
 // The control: a group named by its label, described by the value in words, with the value as a
@@ -357,9 +367,32 @@ private:
     }
 };
 
+// The notification that says a new value: no child of the control, found only by the events
+// that show it.
+class fractioni::accessibleannouncement : public QAccessibleObject
+{
+public:
+    explicit accessibleannouncement(QObject *announcer) : QAccessibleObject(announcer) {}
+
+    fractioni *control() const { return static_cast<fractioni *>(object()->parent()); }
+    QAccessibleInterface *parent() const override { return QAccessible::queryAccessibleInterface(control()); }
+    QAccessibleInterface *child(int) const override { return nullptr; }
+    int childCount() const override { return 0; }
+    int indexOfChild(const QAccessibleInterface *) const override { return -1; }
+    QString text(QAccessible::Text t) const override
+    {
+        return t == QAccessible::Name ? control()->m_announcedwords : QString();
+    }
+    QAccessible::Role role() const override { return QAccessible::Notification; }
+    QAccessible::State state() const override { return {}; }
+    QRect rect() const override { return control()->rect().translated(control()->mapToGlobal(QPoint(0, 0))); }
+};
+
 QAccessibleInterface *fractioni::accessiblefactory(const QString &classname, QObject *object)
 {
     Q_UNUSED(classname);
+    if (object && object->objectName() == QLatin1String("announcement") && qobject_cast<fractioni *>(object->parent()))
+        return new accessibleannouncement(object);
     if (!object || !object->isWidgetType())
         return nullptr;
     if (auto *control = qobject_cast<fractioni *>(object))
