@@ -44,6 +44,9 @@ twipstopixels = _classes.twipstopixels
 pixelstotwips = _classes.pixelstotwips
 fromoleColor = _classes.fromoleColor
 tooleColor = _classes.tooleColor
+# kelfractionint.kelfractionint is the C++ namespace, as in kelfractionint::fractioni: compiled
+# forms name the control and its enumerations that way.
+kelfractionint = _classes
 
 # Forms saved by Qt Designer name the control kelfractionint::fractioni in fractioni.h; the
 # widget plugin beside this file tells PyQt6's uic where that class lives.

@@ -1,8 +1,9 @@
 # PyQt6 uic widget plugin: forms saved by Qt Designer hold the control as the C++ class
-# kelfractionint::fractioni from fractioni.h, and its enumerations by their C++ names.
+# kelfractionint::fractioni (from fractioni.h) and its enumerations by their C++ names; uic
+# reads them as kelfractionint.fractioni and the scope kelfractionint.
 from PyQt6.uic.enum_map import EnumMap
 
-pluginType = CW_FILTER  # noqa: F821 (set by uic's plugin loader)
+pluginType = MODULE  # noqa: F821 (set by uic's plugin loader)
 
 for _enum, _members in (("fracBorderstyle", ("borderstylenone", "borderstylefixed")),
                         ("fractiontype", ("fracnumeric", "fracAlgebraic"))):
@@ -11,12 +12,5 @@ for _enum, _members in (("fracBorderstyle", ("borderstylenone", "borderstylefixe
             "kelfractionint::fractioni::%s::%s" % (_enum, _member)
 
 
-def getFilter():
-    # uic looks the class up as the scope "kelfractionint" and its member "fractioni": the
-    # scope is the C++ namespace inside the extension module.
-    def _filter(widgetclass, baseclass, module):
-        if widgetclass == "kelfractionint::fractioni":
-            return True, ("kelfractionint", baseclass, "kelfractionint.kelfractionint")
-        return False, None
-
-    return _filter
+def moduleInformation():
+    return "kelfractionint", ("kelfractionint.fractioni", "kelfractionint")
