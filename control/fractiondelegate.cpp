@@ -11,6 +11,8 @@
 #include <QLineEdit>
 #include <QPainter>
 
+#include <algorithm>
+
 namespace kelfractionint {
 
 namespace {
@@ -56,7 +58,12 @@ fractiondelegate::fractiondelegate(QObject *parent) : QStyledItemDelegate(parent
 std::optional<QStringList> fractiondelegate::fractionof(const QModelIndex &index)
 {
     const QVariant edit = index.data(Qt::EditRole);
-    if (edit.typeId() == QMetaType::QStringList) {
+    // Script and Python models hand a record over as a list of three strings.
+    const bool textlist = edit.typeId() == QMetaType::QVariantList
+                          && std::ranges::all_of(edit.toList(), [](const QVariant &part) {
+                                 return part.typeId() == QMetaType::QString;
+                             });
+    if (edit.typeId() == QMetaType::QStringList || textlist) {
         const QStringList parts = edit.toStringList();
         if (parts.size() == 3)
             return parts;

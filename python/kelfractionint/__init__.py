@@ -8,6 +8,7 @@ records are lists of three str (None for no result). A member the control refuse
 """
 
 import os as _os
+import sys as _sys
 
 
 class AutomationError(RuntimeError):
@@ -63,6 +64,16 @@ def _registeruicplugin():
 
 
 _registeruicplugin()
+
+
+def _printexception(kind, value, traceback):
+    _sys.__excepthook__(kind, value, traceback)
+
+
+# PyQt6 ends the process when an exception escapes a Python slot while sys.excepthook is the
+# default one; with the control's errors raised as exceptions, a slot's error is printed instead.
+if _sys.excepthook is _sys.__excepthook__:
+    _sys.excepthook = _printexception
 
 
 def _releasemessagesink():
