@@ -13,6 +13,8 @@ packages=(
   xvfb xauth x11-utils fonts-dejavu-core
   qt6-qpa-plugins
   at-spi2-core python3-pyatspi python3-dbus dbus
+  python3-dev python3-pyqt6 python3-pyqt6.sip pyqt6-dev pyqt6-dev-tools sip-tools python3-sipbuild
+  python3-pytest python3-pytestqt
 )
 
 missing=()

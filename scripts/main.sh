@@ -7,6 +7,7 @@ bash "$root/scripts/install-deps.sh"
 build=${KEL_BUILD_DIR:-$root/build}
 cmake -S "$root" -B "$build" -G Ninja >/dev/null
 cmake --build "$build"
+bash "$root/scripts/python-register.sh" "$build"
 if [ -x "$build/bin/fractiondemo" ]; then
   if [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" ]; then
     QT_QPA_PLATFORM=offscreen "$build/bin/fractiondemo" --scripted "$root/out/fractiondemo.png"
