@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Counts non-blank, non-comment lines of test code (tests/ and fuzz/) against
 # the rest of the code. Counted file types: C++ sources and headers (.cpp .h
-# .hpp .cc and .h.in templates), JavaScript (.js), CMake (CMakeLists.txt,
-# .cmake), shell (.sh), Python (.py) and Qt Designer forms (.ui). bench/,
+# .hpp .cc and .h.in templates), SIP binding files (.sip), JavaScript (.js),
+# CMake (CMakeLists.txt, .cmake), shell (.sh), Python (.py) and Qt Designer
+# forms (.ui). bench/,
 # examples/, docs/, build trees, Markdown and plain text, data and corpus
 # files are left aside.
 set -euo pipefail
@@ -15,7 +16,7 @@ count() {
   local total=0 n f
   while IFS= read -r f; do
     case "$f" in
-      *.cpp|*.h|*.hpp|*.cc|*.h.in|*.js)
+      *.cpp|*.h|*.hpp|*.cc|*.h.in|*.js|*.sip)
         n=$(sed -e 's:/\*.*\*/::g' "$f" | awk '
           /\/\*/ { incomment = 1; sub(/\/\*.*/, "") ; if ($0 ~ /[^[:space:]]/) print; next }
           incomment { if (/\*\//) { incomment = 0; sub(/.*\*\//, ""); if ($0 ~ /[^[:space:]]/) print } ; next }
@@ -32,7 +33,7 @@ count() {
 }
 
 files() {
-  git ls-files -- "$@" | grep -E '(\.(cpp|h|hpp|cc|cmake|sh|py|ui|js)|\.h\.in|CMakeLists\.txt)$' || true
+  git ls-files -- "$@" | grep -E '(\.(cpp|h|hpp|cc|cmake|sh|py|ui|js|sip)|\.h\.in|CMakeLists\.txt)$' || true
 }
 
 tests=$(files tests fuzz | count)

@@ -28,6 +28,7 @@ testsfor() {
     pages/*) echo 'tst_fractionpages|tst_fractionidesigner|tst_fractiondemo|script' ;;
     about/*) echo 'tst_fractionabout|tst_fractiondemo|script' ;;
     tools/fractionscript/*) echo 'script' ;;
+    python/*) echo 'py_' ;;
     *) echo '.' ;;
   esac
 }

@@ -43,6 +43,7 @@ def test_lists_passed_by_reference_change_in_place(routine, argument, result, af
 
 @pytest.mark.parametrize("routine, args", [
     ("strreduce", (["", "1"],)),
+    ("strreduce", (["", "1", "2", "3"],)),
     ("strreduce", ("abc",)),
     ("strreduce", (["", 1, "2"],)),
     ("listgcd", ([2 ** 31],)),
