@@ -28,6 +28,7 @@ from .kelfractionint import kelfractionint as _classes, modfracglobal  # noqa: E
 
 fractioni = _classes.fractioni
 fractiondelegate = _classes.fractiondelegate
+fractionspeechmodel = _classes.fractionspeechmodel
 propertybag = _classes.propertybag
 memorypropertybag = _classes.memorypropertybag
 settingspropertybag = _classes.settingspropertybag

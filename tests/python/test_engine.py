@@ -16,6 +16,7 @@ from kelfractionint import AutomationError, modfracglobal as m
     ("strparsefraction", ("1⅔",), ["1", "2", "3"], None),
     ("strparsefraction", ("abc",), None, "Type mismatch"),
     ("strformatfraction", (["-1", "2", "3"],), "-1 2/3", None),
+    ("strspeakfraction", (["-", "3", "4"],), "minus three quarters", None),
     ("strapproximate", (["3.14159", "", ""], 1000), ["3", "16", "113"], None),
     ("strfractodecimal", (["-", "5", "8"], 2), ["-0.62", "", ""], None),
     ("strmultiplyfractions", ([["", "65536", "1"], ["", "65536", "1"]],), None, "Overflow"),
