@@ -377,6 +377,8 @@ private:
     void closingsteps(const QString &name);
     void updateaccessibility();
     void announcevalue();
+    void announce(const QString &text);
+    void announcerefusal(const QLineEdit *field, const QString &typed);
     QString spokenvalue() const;
     QString accessiblelabel() const;
     static QAccessibleInterface *accessiblefactory(const QString &classname, QObject *object);
@@ -436,6 +438,7 @@ private:
     bool m_announcepending = false;
     QString m_announcedwords;
     QObject *m_announcer = nullptr;
+    QString m_announcement;
     bool m_fieldtextsdeferred = false;
 
     // Layout state, in twips

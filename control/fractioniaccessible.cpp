@@ -123,13 +123,30 @@ void fractioni::announcevalue()
 #if QT_VERSION < QT_VERSION_CHECK(6, 8, 0)
     // This Qt's bridge sends the change without the new text, and screen readers speak only what
     // the event carries: a notification shown beside the focused part says the words.
+    announce(words);
+#endif
+}
+
+void fractioni::announce(const QString &text)
+{
+    if (!QAccessible::isActive())
+        return;
     if (!m_announcer) {
         m_announcer = new QObject(this);
         m_announcer->setObjectName(QStringLiteral("announcement"));
     }
+    m_announcement = text;
     QAccessibleEvent shown(m_announcer, QAccessible::ObjectShow);
     QAccessible::updateAccessibility(&shown);
-#endif
+}
+
+void fractioni::announcerefusal(const QLineEdit *field, const QString &typed)
+{
+    // What the part takes, rather than the echo of a character that never appears in it.
+    if (m_fractype == fracnumeric && field != wholepart)
+        announce(tr("%1 takes digits only").arg(partname(field)));
+    else
+        announce(tr("%1 does not take %2").arg(partname(field), typed == QLatin1String(" ") ? tr("space") : typed));
 }
 
 // The control: a group named by its label, described by the value in words, with the value as a
@@ -381,7 +398,7 @@ public:
     int indexOfChild(const QAccessibleInterface *) const override { return -1; }
     QString text(QAccessible::Text t) const override
     {
-        return t == QAccessible::Name ? control()->m_announcedwords : QString();
+        return t == QAccessible::Name ? control()->m_announcement : QString();
     }
     QAccessible::Role role() const override { return QAccessible::Notification; }
     QAccessible::State state() const override { return {}; }

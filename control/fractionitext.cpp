@@ -380,7 +380,10 @@ bool fractioni::refusedkey(QLineEdit *field, const QKeyEvent *key)
     }
     if (valid)
         return false;
+    const QStringList before{m_wholepart, m_numerator, m_denominator};
     fieldedited(field, text);
+    if (before == QStringList{m_wholepart, m_numerator, m_denominator})
+        announcerefusal(field, key->text());
     return true;
 }
 
