@@ -1,6 +1,8 @@
 // Costs that hostile or careless input could make run away, each beside a baseline in the same
-// run: a 65,536-character allowed set, a 10^6-character algebraic value, a member call with
-// 10,000 controls alive, and the host's exit after 10,000 controls. Prints the ratios.
+// run: a 65,536-character allowed set, a 10^6-character algebraic numerator and denominator, a
+// delegate's cell holding one, a member call with 10,000 controls alive, and the host's exit after
+// 10,000 controls. Prints the ratios.
+#include "fractiondelegate.h"
 #include "fractioni.h"
 #include "hostnumbers.h"
 #include "messageboxsink.h"
@@ -11,8 +13,12 @@
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
+#include <QImage>
 #include <QLineEdit>
+#include <QPainter>
 #include <QSet>
+#include <QStandardItemModel>
+#include <QStyledItemDelegate>
 
 #include <cstdio>
 #include <map>
@@ -73,17 +79,66 @@ void BM_value_baseline(benchmark::State &state)
     }
 }
 
+QStringList letters()
+{
+    QStringList chars;
+    for (char16_t c = u'a'; c <= u'z'; ++c)
+        chars.append(QString(QChar(c)));
+    return chars;
+}
+
 void BM_value_fractioni(benchmark::State &state)
 {
     fractioni control;
     control.setFracType(fractioni::fracAlgebraic);
-    QStringList letters;
-    for (char16_t c = u'a'; c <= u'z'; ++c)
-        letters.append(QString(QChar(c)));
-    control.setNumerallowedchars(letters);
+    control.setNumerallowedchars(letters());
     bool odd = false;
     for (auto _ : state)
         control.setNumeratorvalue((odd = !odd) ? longvalue() : longvalue().left(999999));
+}
+
+void BM_denominator_fractioni(benchmark::State &state)
+{
+    fractioni control;
+    control.setFracType(fractioni::fracAlgebraic);
+    control.setDenomallowedchars(letters());
+    bool odd = false;
+    for (auto _ : state)
+        control.setDenominatorvalue((odd = !odd) ? longvalue() : longvalue().left(999999));
+}
+
+// One cell painted by a delegate, its text (or numerator) 10^6 characters long and new each time.
+void paintcell(benchmark::State &state, QAbstractItemDelegate &delegate, bool fraction)
+{
+    QStandardItemModel model(1, 1);
+    QStyleOptionViewItem option;
+    option.rect = QRect(0, 0, 800, 36);
+    option.font = QApplication::font();
+    option.palette = QApplication::palette();
+    option.state = QStyle::State_Enabled;
+    QImage image(option.rect.size(), QImage::Format_ARGB32_Premultiplied);
+    bool odd = false;
+    for (auto _ : state) {
+        const QString text = (odd = !odd) ? longvalue() : longvalue().left(999999);
+        if (fraction)
+            model.setData(model.index(0, 0), QStringList{QString(), text, QStringLiteral("b")}, Qt::EditRole);
+        else
+            model.setData(model.index(0, 0), text + QStringLiteral("/b"), Qt::DisplayRole);
+        QPainter painter(&image);
+        delegate.paint(&painter, option, model.index(0, 0));
+    }
+}
+
+void BM_cell_baseline(benchmark::State &state)
+{
+    QStyledItemDelegate delegate;
+    paintcell(state, delegate, false);
+}
+
+void BM_cell_fractiondelegate(benchmark::State &state)
+{
+    kelfractionint::fractiondelegate delegate;
+    paintcell(state, delegate, true);
 }
 
 void BM_call(benchmark::State &state)
@@ -113,6 +168,9 @@ BENCHMARK(BM_set_baseline)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_set_fractioni)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_value_baseline)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_value_fractioni)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_denominator_fractioni)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_cell_baseline)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_cell_fractiondelegate)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_call)->Arg(1)->Arg(10000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_exit)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond)->Iterations(3);
 
@@ -131,8 +189,12 @@ int main(int argc, char **argv)
     std::printf("\n| measure | ratio | against |\n|---|---:|---|\n");
     std::printf("| storing a 65,536-character allowed set | %.2fx | a QSet and a copy of the list |\n",
                 reporter.ratio("BM_set_fractioni", "BM_set_baseline"));
-    std::printf("| a 10^6-character algebraic value | %.2fx | QLineEdit::setText and measuring it |\n",
+    std::printf("| a 10^6-character algebraic numerator | %.2fx | QLineEdit::setText and measuring it |\n",
                 reporter.ratio("BM_value_fractioni", "BM_value_baseline"));
+    std::printf("| a 10^6-character algebraic denominator | %.2fx | QLineEdit::setText and measuring it |\n",
+                reporter.ratio("BM_denominator_fractioni", "BM_value_baseline"));
+    std::printf("| a delegate's cell with a 10^6-character numerator | %.2fx | QStyledItemDelegate painting the text |\n",
+                reporter.ratio("BM_cell_fractiondelegate", "BM_cell_baseline"));
     std::printf("| a member call with 10,000 controls alive | %.2fx | the same call with 1 control |\n",
                 reporter.ratio("BM_call/10000", "BM_call/1"));
     std::printf("| exit after 10,000 controls, per control | %.2fx | exit after 1,000, per control |\n",
