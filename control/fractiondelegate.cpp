@@ -113,12 +113,13 @@ void fractiondelegate::paint(QPainter *painter, const QStyleOptionViewItem &opti
     painter->setPen(color);
     const double ascent = parts.ascent;
     if (!whole.isEmpty())
-        painter->drawText(QPointF(origin.x() + parts.whole.left(), origin.y() + parts.whole.top() + ascent), whole);
+        fractionpaint::drawtext(painter, QPointF(origin.x() + parts.whole.left(), origin.y() + parts.whole.top() + ascent),
+                                whole);
     if (!numer.isEmpty()) {
         const QRect n = parts.numerator.translated(origin);
         const QRect d = parts.denominator.translated(origin);
-        painter->drawText(QPointF(n.left(), n.top() + ascent), numer);
-        painter->drawText(QPointF(d.left(), d.top() - parts.denominatorlift + ascent), denom);
+        fractionpaint::drawtext(painter, QPointF(n.left(), n.top() + ascent), numer);
+        fractionpaint::drawtext(painter, QPointF(d.left(), d.top() - parts.denominatorlift + ascent), denom);
         if (!parts.separator.isNull()) {
             painter->setRenderHint(QPainter::Antialiasing, m_fractionslash);
             painter->setPen(QPen(color, parts.penwidth, Qt::SolidLine, Qt::FlatCap));

@@ -3,15 +3,18 @@
 
 #include <QFontMetrics>
 #include <QFontMetricsF>
+#include <QGlyphRun>
 #include <QGuiApplication>
 #include <QHash>
 #include <QImage>
 #include <QPainter>
+#include <QTextLayout>
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace kelfractionint::fractionpaint {
@@ -34,6 +37,8 @@ struct textmeasures
     qreal inkdpr[2] = {0, 0};
     ink inks[2];
     int nextink = 0;
+    // The text shaped into glyphs, its baseline at 0, when it has been drawn.
+    std::optional<QList<QGlyphRun>> glyphs;
 };
 
 // What is known of one font: its line's measures once, its texts' when asked for.
@@ -237,6 +242,31 @@ double inkbottom(const QFont &font, int fieldheight, const QString &text, int li
 int denominatorlift(const QFont &font, int fieldheight, int fieldtop, const QString &text, int limit, qreal dpr)
 {
     return denominatorlift(measuresof(font), fieldheight, fieldtop, text, limit, dpr);
+}
+
+void drawtext(QPainter *painter, const QPointF &baseline, const QString &text)
+{
+    fontmeasures &measures = measuresof(painter->font());
+    textmeasures &known = measures.text(text);
+    if (!known.glyphs) {
+        QTextLayout layout(text, measures.font);
+        QTextOption option;
+        option.setTextDirection(painter->layoutDirection());
+        layout.setTextOption(option);
+        layout.beginLayout();
+        QTextLine line = layout.createLine();
+        layout.endLayout();
+        QList<QGlyphRun> runs = layout.glyphRuns();
+        for (QGlyphRun &run : runs) {
+            QList<QPointF> positions = run.positions();
+            for (QPointF &position : positions)
+                position.ry() -= line.ascent();
+            run.setPositions(positions);
+        }
+        known.glyphs = runs;
+    }
+    for (const QGlyphRun &run : std::as_const(*known.glyphs))
+        painter->drawGlyphRun(baseline, run);
 }
 
 qreal textadvance(const QFont &font, const QString &text)

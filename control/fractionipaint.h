@@ -8,6 +8,8 @@
 #include <QRect>
 #include <QString>
 
+class QPainter;
+
 /*!
  * Where a fraction's texts and separator are drawn, from fonts and rectangles alone: the control
  * uses it for its fields and anything else that paints a fraction the same way can too.
@@ -27,6 +29,9 @@ int denominatorlift(const QFont &font, int fieldheight, int fieldtop, const QStr
 qreal textadvance(const QFont &font, const QString &text);
 qreal fontlinewidth(const QFont &font);
 qreal fontlineheight(const QFont &font);
+/*! Draws \a text in the painter's font with its baseline starting at \a baseline, as
+ *  QPainter::drawText does, from glyphs shaped once per font and text. */
+void drawtext(QPainter *painter, const QPointF &baseline, const QString &text);
 /*! The pen width of a separator in a font whose line width is \a linewidth. */
 double separatorwidth(double linewidth);
 /*! The separator over \a wider: a slash from its lower left to its upper right, or a bar,
