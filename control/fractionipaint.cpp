@@ -37,7 +37,8 @@ struct textmeasures
     qreal inkdpr[2] = {0, 0};
     ink inks[2];
     int nextink = 0;
-    // The text shaped into glyphs, its baseline at 0, when it has been drawn.
+    // The text shaped into glyphs, its baseline at 0, once it is drawn again.
+    bool drawn = false;
     std::optional<QList<QGlyphRun>> glyphs;
 };
 
@@ -248,6 +249,12 @@ void drawtext(QPainter *painter, const QPointF &baseline, const QString &text)
 {
     fontmeasures &measures = measuresof(painter->font());
     textmeasures &known = measures.text(text);
+    // A text seen once, say a table's running total, is not worth keeping shaped.
+    if (!known.drawn) {
+        known.drawn = true;
+        painter->drawText(baseline, text);
+        return;
+    }
     if (!known.glyphs) {
         QTextLayout layout(text, measures.font);
         QTextOption option;
