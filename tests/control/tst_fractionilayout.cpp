@@ -139,7 +139,10 @@ private Q_SLOTS:
         QCOMPARE(c.width(), px(width));
         QCOMPARE(c.height(), px(2 * B * gap + 2 * whole->height()));
 
-        // Positions.
+        // Positions, which painting restores whatever moved the fields.
+        numer->move(0, 0);
+        denom->move(0, 0);
+        c.repaint();
         const double W = c.width();
         const double H = c.height();
         QCOMPARE(whole->pos(), QPoint(px((B + 1) * gap), px(H / 4)));
