@@ -24,7 +24,7 @@ cmake --build "$build" -j "$jobs" >/dev/null || { echo "the unchanged tree does 
 testsfor() {
   case "$1" in
     engine/*) echo '.' ;;
-    control/*) echo 'tst_fractioni|tst_fractionpages|tst_fractiondemo|script|tst_platform|realdesigner' ;;
+    control/*) echo 'tst_fractioni|tst_boundary|tst_fractionpages|tst_fractiondemo|script|tst_platform|realdesigner' ;;
     pages/*) echo 'tst_fractionpages|tst_fractionidesigner|tst_fractiondemo|script' ;;
     about/*) echo 'tst_fractionabout|tst_fractiondemo|script' ;;
     tools/fractionscript/*) echo 'script' ;;
