@@ -10,7 +10,8 @@ namespace modfracglobal {
 /*!
  * A run-time error of the component: an automation error number and its standard description
  * (6 "Overflow", 11 "Division by zero", 380 "Invalid property value", ...). The engine raises it
- * internally and reports it through the message sink; the control raises it to the host.
+ * internally and reports it through the message sink; inside the control it travels to the
+ * outermost member call, which records it for the caller instead of letting it pass.
  */
 class MODFRACGLOBAL_EXPORT automationerror : public std::runtime_error
 {
