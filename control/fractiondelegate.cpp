@@ -95,9 +95,10 @@ void fractiondelegate::paint(QPainter *painter, const QStyleOptionViewItem &opti
     // Background, selection and focus as the view draws any cell.
     style->drawControl(QStyle::CE_ItemViewItem, &item, painter, widget);
 
-    const QString &whole = record->at(0);
-    const QString numer = record->at(1);
-    const QString denom = numer.isEmpty() ? QString() : record->at(2);
+    // A very long part is measured and drawn as far as a cell can show it.
+    const QString whole = fractionpaint::visibletext(item.font, record->at(0));
+    const QString numer = fractionpaint::visibletext(item.font, record->at(1));
+    const QString denom = numer.isEmpty() ? QString() : fractionpaint::visibletext(item.font, record->at(2));
     const qreal dpr = painter->device() ? painter->device()->devicePixelRatioF() : 1.0;
     const fractionpaint::fractionparts parts =
         fractionpaint::arrange(item.font, whole, numer, denom, m_fractionslash, dpr);
@@ -136,9 +137,11 @@ QSize fractiondelegate::sizeHint(const QStyleOptionViewItem &option, const QMode
         return QStyledItemDelegate::sizeHint(option, index);
     QStyleOptionViewItem item = option;
     initStyleOption(&item, index);
-    const QString numer = record->at(1);
-    const fractionpaint::fractionparts parts = fractionpaint::arrange(
-        item.font, record->at(0), numer, numer.isEmpty() ? QString() : record->at(2), m_fractionslash, 1.0);
+    const QString numer = fractionpaint::visibletext(item.font, record->at(1));
+    const fractionpaint::fractionparts parts =
+        fractionpaint::arrange(item.font, fractionpaint::visibletext(item.font, record->at(0)), numer,
+                               numer.isEmpty() ? QString() : fractionpaint::visibletext(item.font, record->at(2)),
+                               m_fractionslash, 1.0);
     return parts.size + QSize(4, 2);
 }
 

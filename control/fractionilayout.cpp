@@ -146,7 +146,7 @@ void fractioni::fontchanged()
 
 double fractioni::textwidth(const QWidget *field, const QString &text) const
 {
-    return fractionpaint::textadvance(field->font(), text) * m_tpx;
+    return fractionpaint::textadvance(field->font(), fractionpaint::visibletext(field->font(), text)) * m_tpx;
 }
 
 double fractioni::textheight(const QWidget *field, const QString &) const

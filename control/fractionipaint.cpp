@@ -276,6 +276,18 @@ void drawtext(QPainter *painter, const QPointF &baseline, const QString &text)
         painter->drawGlyphRun(baseline, run);
 }
 
+QString visibletext(const QFont &font, const QString &text)
+{
+    // No field or cell is wider than this many pixels.
+    constexpr qreal widest = 16384;
+    constexpr qsizetype prefix = 4096;
+    if (text.size() <= prefix)
+        return text;
+    const qsizetype length = text.at(prefix - 1).isHighSurrogate() ? prefix - 1 : prefix;
+    const QString start = text.left(length);
+    return measuresof(font).metrics.horizontalAdvance(start) >= widest ? start : text;
+}
+
 qreal textadvance(const QFont &font, const QString &text)
 {
     fontmeasures &measures = measuresof(font);

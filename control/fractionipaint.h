@@ -27,6 +27,9 @@ int denominatorlift(const QFont &font, int fieldheight, int fieldtop, const QStr
 /*! The advance of \a text, the line width and the line height of \a font, in pixels, as
  *  QFontMetricsF gives them; measured once and kept. */
 qreal textadvance(const QFont &font, const QString &text);
+/*! What can be seen of \a text in \a font: the text, or for a very long text the start that is
+ *  already wider than any field or cell, so that measuring and drawing cost what is visible. */
+QString visibletext(const QFont &font, const QString &text);
 qreal fontlinewidth(const QFont &font);
 qreal fontlineheight(const QFont &font);
 /*! Draws \a text in the painter's font with its baseline starting at \a baseline, as

@@ -11,6 +11,8 @@
 #include <QLineEdit>
 #include <QSet>
 
+#include <vector>
+
 namespace kelfractionint {
 
 namespace {
@@ -59,9 +61,19 @@ bool fractioni::allcharsallowed(const QVariant &set, const QString &text) const
     if (!set.isValid())
         return false;
     const QSet<QString> &members = membersof(set);
+    // A long text repeats its characters: each distinct one is looked up once.
+    std::vector<signed char> known(text.size() > 64 ? 0x10000 : 0, -1);
     for (const QChar c : text) {
-        if (!members.contains(QString(c)))
+        signed char *seen = known.empty() ? nullptr : &known[c.unicode()];
+        if (!seen || *seen < 0) {
+            const bool allowed = members.contains(QString(c));
+            if (seen)
+                *seen = allowed;
+            if (!allowed)
+                return false;
+        } else if (*seen == 0) {
             return false;
+        }
     }
     return true;
 }
