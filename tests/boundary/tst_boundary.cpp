@@ -416,7 +416,9 @@ private Q_SLOTS:
             times << timer.elapsed();
         }
         QCOMPARE(control->Denominatorvalue(), text);
-        QVERIFY2(std::max(times[0], times[1]) < 2 * times[2] + 150, qPrintable(QDebug::toString(times)));
+        // Generous on purpose: a shared machine slows one run more than another, while measuring
+        // the whole text costs seconds to minutes.
+        QVERIFY2(std::max(times[0], times[1]) < 4 * times[2] + 1500, qPrintable(QDebug::toString(times)));
     }
 
 private:
