@@ -4,7 +4,7 @@
 #include "fractioni.h"
 #include "fractionipaint.h"
 #include "modfracglobal.h"
-#include "twips.h"
+#include "olecolor.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -47,6 +47,25 @@ bool heldexactly(const QStringList &record, const QStringList &loaded)
     if (unsigned_(record.at(0)) != unsigned_(loaded.at(0)) || trimmed(record.at(1)) != loaded.at(1))
         return false;
     return loaded.at(1).isEmpty() || trimmed(record.at(2)) == loaded.at(2);
+}
+
+constexpr char closingproperty[] = "kelfractionint_editorclosing";
+
+// The fraction control inside an editor, which is a frame filling the cell.
+fractioni *editorcontrol(QWidget *editor)
+{
+    if (auto *control = qobject_cast<fractioni *>(editor))
+        return control;
+    return editor && editor->property(editorproperty).isValid() ? editor->findChild<fractioni *>() : nullptr;
+}
+
+// The colour a view paints a cell's background in.
+QColor cellbackground(const QStyleOptionViewItem &option)
+{
+    if (option.backgroundBrush.style() != Qt::NoBrush)
+        return option.backgroundBrush.color();
+    return option.palette.color(option.features.testFlag(QStyleOptionViewItem::Alternate) ? QPalette::AlternateBase
+                                                                                         : QPalette::Base);
 }
 
 } // namespace
@@ -102,13 +121,18 @@ void fractiondelegate::paint(QPainter *painter, const QStyleOptionViewItem &opti
     const qreal dpr = painter->device() ? painter->device()->devicePixelRatioF() : 1.0;
     const fractionpaint::fractionparts parts =
         fractionpaint::arrange(item.font, whole, numer, denom, m_fractionslash, dpr);
-    // Centred in the cell vertically, from its left like the text of a cell.
-    const QPoint origin(option.rect.left() + 2, option.rect.top() + (option.rect.height() - parts.size.height()) / 2);
+    // Centred in the cell vertically, on the side where a cell's text begins.
+    const int left = option.direction == Qt::RightToLeft ? option.rect.right() - 1 - parts.size.width()
+                                                         : option.rect.left() + 2;
+    const QPoint origin(left, option.rect.top() + (option.rect.height() - parts.size.height()) / 2);
     const bool selected = option.state.testFlag(QStyle::State_Selected);
-    const QColor sign = fromoleColor(whole.startsWith(QLatin1Char('-')) ? m_negforecolor : m_posforecolor);
+    const QColor sign = olecolor::toqcolor(whole.startsWith(QLatin1Char('-')) ? m_negforecolor : m_posforecolor,
+                                           option.palette);
     const QColor color = selected ? option.palette.color(QPalette::HighlightedText) : sign;
 
     painter->save();
+    // Numbers read left to right in any language: "-4" stays "-4".
+    painter->setLayoutDirection(Qt::LeftToRight);
     painter->setClipRect(option.rect);
     painter->setFont(item.font);
     painter->setPen(color);
@@ -150,13 +174,29 @@ QWidget *fractiondelegate::createEditor(QWidget *parent, const QStyleOptionViewI
 {
     if (!fractionof(index))
         return QStyledItemDelegate::createEditor(parent, option, index);
-    auto *editor = new fractioni(parent);
+    // The editor fills the cell in the cell's colour; the control stands in it where the
+    // fraction is painted.
+    auto *editor = new QWidget(parent);
+    editor->setProperty(editorproperty, true);
+    QStyleOptionViewItem item = option;
+    initStyleOption(&item, index);
+    const QColor background = cellbackground(item);
+    QPalette surface = editor->palette();
+    surface.setColor(QPalette::Window, background);
+    editor->setPalette(surface);
     editor->setAutoFillBackground(true);
-    editor->setFractionslash(m_fractionslash);
-    editor->setPosforecolor(m_posforecolor);
-    editor->setNegforecolor(m_negforecolor);
-    editor->setFont(option.font);
-    for (QLineEdit *field : editor->findChildren<QLineEdit *>()) {
+    auto *control = new fractioni(editor);
+    control->setFractionslash(m_fractionslash);
+    control->setPosforecolor(m_posforecolor);
+    control->setNegforecolor(m_negforecolor);
+    control->setFont(item.font);
+    const quint32 back = olecolor::fromqcolor(background);
+    control->setBackcolor(back);
+    control->setWholepartbackcolor(back);
+    control->setNumeratorbackcolor(back);
+    control->setDenominatorbackcolor(back);
+    editor->setFocusProxy(control);
+    for (QLineEdit *field : control->findChildren<QLineEdit *>()) {
         field->setProperty(editorproperty, QVariant::fromValue<QObject *>(editor));
         field->installEventFilter(const_cast<fractiondelegate *>(this));
     }
@@ -165,7 +205,7 @@ QWidget *fractiondelegate::createEditor(QWidget *parent, const QStyleOptionViewI
 
 void fractiondelegate::setEditorData(QWidget *editor, const QModelIndex &index) const
 {
-    auto *control = qobject_cast<fractioni *>(editor);
+    fractioni *control = editorcontrol(editor);
     const std::optional<QStringList> record = fractionof(index);
     if (!control || !record) {
         QStyledItemDelegate::setEditorData(editor, index);
@@ -189,7 +229,7 @@ void fractiondelegate::setEditorData(QWidget *editor, const QModelIndex &index) 
 
 void fractiondelegate::setModelData(QWidget *editor, QAbstractItemModel *model, const QModelIndex &index) const
 {
-    auto *control = qobject_cast<fractioni *>(editor);
+    fractioni *control = editorcontrol(editor);
     if (!control) {
         QStyledItemDelegate::setModelData(editor, model, index);
         return;
@@ -198,44 +238,57 @@ void fractiondelegate::setModelData(QWidget *editor, QAbstractItemModel *model, 
     const QStringList value = valueof(*control);
     if (!loaded.isValid() || loaded.toStringList() == value)
         return;
-    model->setData(index, value, Qt::EditRole);
+    // Written back in the form the cell holds: three texts stay three texts, a text stays text.
+    if (index.data(Qt::EditRole).typeId() == QMetaType::QStringList)
+        model->setData(index, value, Qt::EditRole);
+    else
+        model->setData(index, control->fractiontext(), Qt::EditRole);
 }
 
 void fractiondelegate::updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option,
                                             const QModelIndex &index) const
 {
-    if (!qobject_cast<fractioni *>(editor)) {
+    fractioni *control = editorcontrol(editor);
+    if (!control || control == editor) {
         QStyledItemDelegate::updateEditorGeometry(editor, option, index);
         return;
     }
-    // The control keeps the size it computes for its content; it stands at the cell's corner.
-    editor->move(option.rect.topLeft());
+    // The editor covers the cell; the control keeps the size it computes for its content and
+    // stands where the fraction is painted.
+    editor->setGeometry(option.rect);
+    const int left = option.direction == Qt::RightToLeft ? option.rect.width() - 1 - control->width() : 0;
+    control->move(left, (option.rect.height() - control->height()) / 2);
 }
 
 bool fractiondelegate::eventFilter(QObject *watched, QEvent *event)
 {
     auto *editor = qobject_cast<QWidget *>(watched->property(editorproperty).value<QObject *>());
-    if (!editor || event->type() != QEvent::KeyPress)
+    if (!editor)
         return QStyledItemDelegate::eventFilter(watched, event);
+    // The focus leaving a field is the editor's: it commits the editor, never the field, and
+    // only while the edit is open (closing moves the focus too).
+    if (event->type() != QEvent::KeyPress)
+        return event->type() == QEvent::FocusOut && editor->isVisible() && !editor->property(closingproperty).toBool()
+            && QStyledItemDelegate::eventFilter(editor, event);
     // The fields see the keys first: the edit ends here as in any Qt table, before the control
     // treats Enter as a character its whole part refuses.
+    const auto end = [this, editor](bool commit, QAbstractItemDelegate::EndEditHint hint) {
+        editor->setProperty(closingproperty, true);
+        if (commit)
+            Q_EMIT commitData(editor);
+        Q_EMIT closeEditor(editor, hint);
+        return true;
+    };
     switch (static_cast<QKeyEvent *>(event)->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        Q_EMIT commitData(editor);
-        Q_EMIT closeEditor(editor, QAbstractItemDelegate::SubmitModelCache);
-        return true;
+        return end(true, QAbstractItemDelegate::SubmitModelCache);
     case Qt::Key_Escape:
-        Q_EMIT closeEditor(editor, QAbstractItemDelegate::RevertModelCache);
-        return true;
+        return end(false, QAbstractItemDelegate::RevertModelCache);
     case Qt::Key_Tab:
-        Q_EMIT commitData(editor);
-        Q_EMIT closeEditor(editor, QAbstractItemDelegate::EditNextItem);
-        return true;
+        return end(true, QAbstractItemDelegate::EditNextItem);
     case Qt::Key_Backtab:
-        Q_EMIT commitData(editor);
-        Q_EMIT closeEditor(editor, QAbstractItemDelegate::EditPreviousItem);
-        return true;
+        return end(true, QAbstractItemDelegate::EditPreviousItem);
     default:
         return false;
     }

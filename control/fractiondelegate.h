@@ -1,6 +1,7 @@
 #pragma once
 
 #include "fractioni_export.h"
+#include "olecolor.h"
 
 #include <QStringList>
 #include <QStyledItemDelegate>
@@ -14,8 +15,9 @@ namespace kelfractionint {
  * numerator over the denominator with a slash or a bar, coloured by sign. A cell's Qt::EditRole
  * holds the fraction as three texts (whole part with sign, numerator, denominator); otherwise its
  * Qt::DisplayRole text is read as people write fractions ("-1 2/3"). Anything else is shown as
- * plain text. The editor is a fractioni; Enter commits, Escape cancels, Tab moves on. Painting
- * and editing never show a message.
+ * plain text. The editor is a fractioni on the cell's background; Enter commits, Escape cancels,
+ * Tab moves on, and the cell gets back the form it held (three texts, or a text). Painting and
+ * editing never show a message; in a right-to-left view the fraction still reads "-4 5/6".
  */
 class FRACTIONI_EXPORT fractiondelegate : public QStyledItemDelegate
 {
@@ -28,7 +30,8 @@ public:
     explicit fractiondelegate(QObject *parent = nullptr);
 
     bool Fractionslash() const { return m_fractionslash; }
-    /*! OLE colours (0x00BBGGRR), as the control's. */
+    /*! OLE colours (0x00BBGGRR or system colours), as the control's; system colours are read from
+     *  the view's palette, and positive text is the view's window text unless set. */
     quint32 Posforecolor() const { return m_posforecolor; }
     quint32 Negforecolor() const { return m_negforecolor; }
     void setFractionslash(bool value) { m_fractionslash = value; }
@@ -50,7 +53,7 @@ protected:
 
 private:
     bool m_fractionslash = true;
-    quint32 m_posforecolor = 0;
+    quint32 m_posforecolor = olecolor::windowtext;
     quint32 m_negforecolor = 0x0000FF;
 };
 

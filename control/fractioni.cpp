@@ -33,6 +33,16 @@ public:
     }
 
 protected:
+    void changeEvent(QEvent *event) override
+    {
+        QWidget::changeEvent(event);
+        // The grip's size follows its font, which a style sheet may change at any time (once
+        // the grip is in place: it gets its name last).
+        auto *control = qobject_cast<fractioni *>(parentWidget());
+        if (event->type() == QEvent::FontChange && control && objectName() == QLatin1String("lblgrip"))
+            control->Refreshfraction();
+    }
+
     void paintEvent(QPaintEvent *) override
     {
         QPainter painter(this);
@@ -172,11 +182,6 @@ void fractioni::initialize(const propertybag *bag)
         return true;
     }();
     Q_UNUSED(factoryinstalled);
-    // The control paints the fields' back colours beneath them, so that the separator between
-    // the glyphs is not covered by the fields' boxes; the fields inherit this palette.
-    QPalette surface = palette();
-    surface.setColor(QPalette::Base, Qt::transparent);
-    setPalette(surface);
 
     const std::array<std::pair<QLineEdit **, QString>, 3> fields{{
         {&wholepart, QStringLiteral("wholepart")},
@@ -192,6 +197,12 @@ void fractioni::initialize(const propertybag *bag)
         field->setTextMargins(-2, 0, -3, 0);
         // A value the control accepts is never cut short by its field.
         field->setMaxLength(std::numeric_limits<int>::max());
+        // The control paints the field's back colour beneath it, so that the separator between
+        // the glyphs is not covered by the field's box; the text is in the sign's colour.
+        QPalette surface;
+        surface.setColor(QPalette::Base, Qt::transparent);
+        surface.setColor(QPalette::Text, Qt::black);
+        field->setPalette(surface);
         field->installEventFilter(this);
         connect(field, &QLineEdit::textEdited, this,
                 [this, field](const QString &text) { eventguarded([&] { fieldedited(field, text); }); });
@@ -295,6 +306,7 @@ void fractioni::initproperties()
     absorb([this] { setFracType(fracnumeric); });
     m_initializing = false;
     absorb([this] { setFont(ambient::font(this)); });
+    m_fontisambient = true;
     // Width and height in one step: the end state is that of setting one after the other.
     absorb([this] { settwipsize(600, 600); });
 }
@@ -307,6 +319,7 @@ void fractioni::ReadProperties(const propertybag &bag)
 
 void fractioni::readproperties(const propertybag &bag)
 {
+    const valuebatch batch(this);
     auto read = [&bag](const char *key, const QVariant &defaultvalue) {
         return bag.readproperty(QLatin1String(key), defaultvalue);
     };

@@ -75,6 +75,8 @@ class FRACTIONI_EXPORT fractioni : public QWidget
     Q_PROPERTY(QVariant Wholeallowedchars READ Wholeallowedchars WRITE setWholeallowedchars DESIGNABLE false STORED false)
     Q_PROPERTY(QVariant Numerallowedchars READ Numerallowedchars WRITE setNumerallowedchars DESIGNABLE false STORED false)
     Q_PROPERTY(QVariant Denomallowedchars READ Denomallowedchars WRITE setDenomallowedchars DESIGNABLE false STORED false)
+    // The value for Qt's own bindings (QDataWidgetMapper, item delegates, QML); not persisted.
+    Q_PROPERTY(QString value READ value WRITE setValue NOTIFY valueChanged USER true DESIGNABLE false STORED false)
 
 public:
     /*! Border of the control: none, or a fixed single line. Values outside the list are kept. */
@@ -115,6 +117,10 @@ public:
     quint32 Denominatorbackcolor() const { return m_denominatorbackcolor; }
     QFont Font() const { return m_font; }
     bool Fracpartvisible() const { return m_fracpartvisible; }
+
+    /*! The value as people write it ("-1 2/3", "2/3", "-3"), or an empty text when the value is
+     *  empty. */
+    QString value() const;
 
     // Window
     /*! Reads as nothing. A late-bound Get (by dispatch id or from the script host) fails with
@@ -178,6 +184,9 @@ public:
     void setWholepartLocked(bool value);
     void setNumeratorLocked(bool value);
     void setDenominatorLocked(bool value);
+    /*! Loads a fraction as people write it, as loadfractiontext does; an empty text empties the
+     *  value. Any other text changes nothing. */
+    void setValue(const QString &text);
 
     /*! Resizes the control to \a fracwidth x \a fracheight twips when both are positive. */
     Q_INVOKABLE void fracsize(float fracwidth, float fracheight);
@@ -266,11 +275,17 @@ Q_SIGNALS:
     /*! A member call failed with the automation error \a number ("Invalid property value", ...);
      *  emitted once for the outermost call, after the error was recorded. */
     void errorreported(int number, const QString &description);
+    /*! The value changed: raised once when a change is complete (a keystroke, an assignment, an
+     *  operation, a load), never for a change that leaves the value as it was. */
+    void valueChanged(const QString &value);
+    /*! The user has finished editing: the focus left the control, or Enter was pressed. */
+    void editingFinished();
 
 protected:
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void showEvent(QShowEvent *event) override;
+    void changeEvent(QEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -305,6 +320,24 @@ private:
     void applywholepart(const QString &text);
     void raisevaluechanged(QString oldsign, QString oldwhole, QString oldnumer, QString olddenom, QString newsign);
     void setforecolors(quint32 olecolor);
+    void showforecolor();
+    void stylefields();
+    void absorbfont(const QFont &font);
+    void watchfield(QLineEdit *field, QEvent *event);
+    void watchediting(QEvent *event);
+
+    // Raises valueChanged once, when the outermost change of the value ends.
+    class valuebatch
+    {
+    public:
+        explicit valuebatch(fractioni *control);
+        ~valuebatch();
+        valuebatch(const valuebatch &) = delete;
+        valuebatch &operator=(const valuebatch &) = delete;
+
+    private:
+        QPointer<fractioni> m_control;
+    };
     bool validfieldtext(const QLineEdit *field, const QString &text) const;
     bool validwholetext(const QString &text) const;
     bool validnumertext(const QString &text) const;
@@ -343,6 +376,7 @@ private:
         int shown = 0;
         bool startingup = false;
         bool focused = false;
+        double gripsize = 0;
         bool operator==(const layoutstate &) const = default;
     };
     layoutstate currentlayoutstate() const;
@@ -406,6 +440,8 @@ private:
     bool m_autoreplace = false;
     fractiontype m_fractype = fracnumeric;
     bool m_reapplying = false;
+    int m_valuedepth = 0;
+    QStringList m_valuebefore;
 
     // Appearance
     bool m_fractionslash = true;
@@ -420,6 +456,10 @@ private:
     QFont m_font;
     bool m_fontbuilt = false;
     bool m_fracpartvisible = true;
+    quint32 m_shownforecolor = 0;
+    bool m_styledfields = false;
+    bool m_fontisambient = false;
+    bool m_adoptingfont = false;
 
     // Text entry
     QVariant m_wholeallowedchars;

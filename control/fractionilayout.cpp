@@ -5,6 +5,7 @@
 #include "ambient.h"
 #include "fractionipaint.h"
 #include "modfracglobal.h"
+#include "olecolor.h"
 #include "twips.h"
 
 #include <QFontInfo>
@@ -14,6 +15,8 @@
 #include <QPainter>
 #include <QResizeEvent>
 #include <QShowEvent>
+#include <QStyle>
+#include <QStyleOption>
 
 #include <cmath>
 #include <limits>
@@ -165,7 +168,8 @@ fractioni::layoutstate fractioni::currentlayoutstate() const
         bit <<= 1;
     }
     return {m_wholepart, m_numerator, m_denominator, numerator->text(), denominator->text(), m_font,
-            qint64(m_borderstyle), size(), lastheight, shown, startingup, hasFocus() || wholepart->hasFocus()};
+            qint64(m_borderstyle), size(), lastheight, shown, startingup, hasFocus() || wholepart->hasFocus(),
+            lblgrip->font().pointSizeF()};
 }
 
 double fractioni::centeroffset(const QString &numer, const QString &denom) const
@@ -212,8 +216,9 @@ void fractioni::liftdenominator()
 {
     // The denominator's field may reach below the control (its place follows the layout rules
     // that hosts read); its text is drawn higher inside the field so that no digit is cut off by
-    // the control's edge or its border.
-    const int limit = height() - (m_borderstyle != borderstylenone ? 1 : 0);
+    // the control's edge or its border. The last row stays clear of ink either way: the border's,
+    // or the edge, where a digit touching it would look cut off.
+    const int limit = height() - 1;
     const int lift = fractionpaint::denominatorlift(denominator->font(), denominator->height(), denominator->y(),
                                                      denominator->text(), limit, devicePixelRatioF());
     if (denominator->textMargins().bottom() != lift)
@@ -296,8 +301,14 @@ void fractioni::showEvent(QShowEvent *event)
 void fractioni::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    const QColor background = fromoleColor(m_backcolor);
+    const QColor background = olecolor::toqcolor(m_backcolor, palette());
     painter.fillRect(rect(), background);
+    if (testAttribute(Qt::WA_StyledBackground)) {
+        // A style sheet that gives the control a background or a border draws it.
+        QStyleOption option;
+        option.initFrom(this);
+        style()->drawPrimitive(QStyle::PE_Widget, &option, &painter, this);
+    }
     // Placed again only when something the placement depends on changed since it was last done.
     if (m_arranged != currentarrangement())
         m_separatoroffset = arrangefields();
@@ -308,7 +319,7 @@ void fractioni::paintEvent(QPaintEvent *)
     }};
     for (const auto &[field, color] : fields) {
         // A field in the surface's own colour is already painted.
-        const QColor fill = fromoleColor(color);
+        const QColor fill = olecolor::toqcolor(color, palette());
         if (!field->isHidden() && (fill != background || fill.alpha() != 255))
             painter.fillRect(field->geometry(), fill);
     }
@@ -317,7 +328,7 @@ void fractioni::paintEvent(QPaintEvent *)
 
 void fractioni::paintseparator(QPainter &painter) const
 {
-    QColor separator = numerator->isHidden() ? fromoleColor(m_backcolor)
+    QColor separator = numerator->isHidden() ? olecolor::toqcolor(m_backcolor, palette())
                                              : wholepart->palette().color(QPalette::Text);
     if (m_numerator.isEmpty() && m_denominator.isEmpty() && m_wholepart.isEmpty())
         separator = wholepart->palette().color(QPalette::Text);
@@ -481,6 +492,7 @@ void fractioni::setFont(const QFont &value)
 void fractioni::setFracpartvisible(bool value)
 {
     guarded([&] {
+        const valuebatch batch(this);
         if (value) {
             numerator->setVisible(true);
             denominator->setVisible(true);

@@ -244,6 +244,7 @@ bool fractioni::validfieldtext(const QLineEdit *field, const QString &text) cons
 
 void fractioni::fieldedited(QLineEdit *field, const QString &text)
 {
+    const valuebatch batch(this);
     try {
         if (field == wholepart)
             setWholepartvalue(text);
@@ -494,7 +495,9 @@ bool fractioni::filterevent(QObject *watched, QEvent *event)
     if (isfield) {
         if (event->type() == QEvent::ShowToParent || event->type() == QEvent::HideToParent)
             updatefocusproxy();
+        watchfield(field, event);
         if (event->type() == QEvent::KeyPress) {
+            const valuebatch batch(this);
             auto *key = static_cast<QKeyEvent *>(event);
             lastselstart = qint16(field->cursorPosition());
             if (entrykey(field, key))

@@ -7,7 +7,6 @@
 #include "twips.h"
 
 #include <QLineEdit>
-#include <QPalette>
 
 namespace kelfractionint {
 
@@ -87,14 +86,8 @@ void fractioni::closingsteps(const QString &name)
 
 void fractioni::setforecolors(quint32 olecolor)
 {
-    // The fields inherit the control's text colour.
-    const QColor color = fromoleColor(olecolor);
-    if (palette().color(QPalette::Text) == color)
-        return;
-    QPalette surface = palette();
-    surface.setColor(QPalette::Text, color);
-    surface.setColor(QPalette::WindowText, color);
-    setPalette(surface);
+    m_shownforecolor = olecolor;
+    showforecolor();
 }
 
 QString fractioni::getsign() const
@@ -108,6 +101,7 @@ QString fractioni::getsign() const
 
 void fractioni::setWholepartvalue(const QString &value)
 {
+    const valuebatch batch(this);
     guarded([&] {
         const QString oldsign = getsign();
         const QString oldwhole = m_wholepart;
@@ -134,7 +128,7 @@ void fractioni::setWholepartvalue(const QString &value)
             }
             wholepart->setVisible(true);
         } else {
-            if (wholepart->palette().color(QPalette::Text) == fromoleColor(m_negforecolor))
+            if (m_shownforecolor == m_negforecolor)
                 setforecolors(m_posforecolor);
             if (m_forcesign)
                 text = QStringLiteral("+");
@@ -152,6 +146,7 @@ void fractioni::setWholepartvalue(const QString &value)
 
 void fractioni::setNumeratorvalue(const QString &value)
 {
+    const valuebatch batch(this);
     guarded([&] {
         // Only the whole part's setter recomputes the sign: this event carries the sign read before
         // the change in both places, as hosts expect.
@@ -185,6 +180,7 @@ void fractioni::setNumeratorvalue(const QString &value)
 
 void fractioni::setDenominatorvalue(const QString &value)
 {
+    const valuebatch batch(this);
     guarded([&] {
         const QString sign = getsign();
         const QString olddenom = m_denominator;
@@ -208,6 +204,7 @@ void fractioni::setDenominatorvalue(const QString &value)
 
 fractioni *fractioni::changesign()
 {
+    const valuebatch batch(this);
     return guarded(this, [&]() -> fractioni * {
         if (m_wholepart.isEmpty() && m_numerator.isEmpty() && m_denominator.isEmpty())
             return this;
@@ -233,6 +230,7 @@ fractioni *fractioni::changesign()
 
 fractioni *fractioni::loadfraction(QStringList &strarr)
 {
+    const valuebatch batch(this);
     return guarded(this, [&]() -> fractioni * {
         const QString oldsign = getsign();
         const QString oldwhole = m_wholepart;
@@ -264,6 +262,7 @@ fractioni *fractioni::loadfraction(const QStringList &strarr)
 
 fractioni *fractioni::clearfraction()
 {
+    const valuebatch batch(this);
     return guarded(this, [&]() -> fractioni * {
         setWholepartvalue(QString());
         setDenominatorvalue(QString());
@@ -274,6 +273,7 @@ fractioni *fractioni::clearfraction()
 
 void fractioni::setForcesign(bool value)
 {
+    const valuebatch batch(this);
     guarded([&] {
         if (!m_wholepartlocked) {
             m_forcesign = value;

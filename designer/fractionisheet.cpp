@@ -2,6 +2,7 @@
 
 #include "ambient.h"
 #include "fractioni.h"
+#include "olecolor.h"
 #include "twips.h"
 
 #include <QtDesigner/private/qdesigner_utils_p.h>
@@ -102,9 +103,11 @@ QVariant fractionisheet::property(int index) const
     const QString name = propertyName(index);
     if (isvalue(name))
         return untranslatable(value);
-    // System colours (a high byte set) have no RGB value: they stay numbers.
-    if (iscolour(name) && value.toUInt() <= 0xFFFFFFu)
-        return kelfractionint::fromoleColor(value.toUInt());
+    // A system colour shows as what it stands for in the control's palette; only a colour picked
+    // in the editor replaces it, and the form keeps the system colour's number.
+    if (iscolour(name) && m_control
+        && (value.toUInt() <= 0xFFFFFFu || kelfractionint::olecolor::issystem(value.toUInt())))
+        return kelfractionint::olecolor::toqcolor(value.toUInt(), m_control->palette());
     return value;
 }
 
@@ -150,8 +153,12 @@ bool fractioniextrainfo::saveWidgetExtraInfo(DomWidget *widget)
         const DomColor *colour = property->elementColor();
         if (property->kind() != DomProperty::Color || !colour || !fractionisheet::iscolour(property->attributeName()))
             continue;
-        property->setElementUInt(kelfractionint::tooleColor(
-            QColor(colour->elementRed(), colour->elementGreen(), colour->elementBlue())));
+        // The control's own value: a system colour is saved as such, not as today's RGB.
+        const QVariant value = m_widget ? m_widget->property(property->attributeName().toLatin1().constData()) : QVariant();
+        property->setElementUInt(value.isValid() ? value.toUInt()
+                                                 : kelfractionint::tooleColor(QColor(colour->elementRed(),
+                                                                                     colour->elementGreen(),
+                                                                                     colour->elementBlue())));
     }
     return true;
 }

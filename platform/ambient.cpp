@@ -1,9 +1,8 @@
 #include "ambient.h"
 
-#include "twips.h"
+#include "olecolor.h"
 
 #include <QApplication>
-#include <QPalette>
 #include <QWidget>
 
 namespace kelfractionint::ambient {
@@ -13,12 +12,11 @@ const char designproperty[] = "_kel_designmode";
 bool processdesignmode = false;
 } // namespace
 
-quint32 backcolor(const QWidget *control)
+quint32 backcolor(const QWidget *)
 {
-    const QWidget *parent = control ? control->parentWidget() : nullptr;
-    if (!parent)
-        return 0xFFFFFF;
-    return tooleColor(parent->palette().color(QPalette::Window));
+    // The face of any form, as a system colour: it stays the container's colour under any theme,
+    // also for a control that gets its container later.
+    return olecolor::buttonface;
 }
 
 QFont font(const QWidget *control)

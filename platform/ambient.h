@@ -14,7 +14,8 @@ namespace kelfractionint {
  */
 namespace ambient {
 
-/*! The parent's window colour as OLE_COLOR (0x00BBGGRR); white for a control without a parent. */
+/*! The container's back colour: the system colour of a form's face (olecolor::buttonface), which
+ *  a control resolves in its palette, inherited from its parent. */
 FRACTIONPLATFORM_EXPORT quint32 backcolor(const QWidget *control);
 /*! The parent's font; the application font for a control without a parent. */
 FRACTIONPLATFORM_EXPORT QFont font(const QWidget *control);

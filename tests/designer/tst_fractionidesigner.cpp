@@ -8,6 +8,7 @@
 #include "ambient.h"
 #include "fractioni.h"
 #include "messageboxsink.h"
+#include "olecolor.h"
 #include "propertypagedialog.h"
 
 #include <QtDesigner/QDesignerComponents>
@@ -40,12 +41,13 @@ using propertyvalues = QList<QPair<const char *, QVariant>>;
 
 namespace {
 
-// One value for every persisted property, none of them a default, white backgrounds included.
+// One value for every persisted property, none of them a default, white backgrounds and a system
+// colour included.
 const propertyvalues designed{
     {"FracType", 1}, {"Wholepartvalue", QStringLiteral("-x")}, {"Numeratorvalue", QStringLiteral("2y")},
     {"Denominatorvalue", QStringLiteral("z")}, {"Backcolor", 0xFFFFFFu}, {"Wholepartbackcolor", 0xFFFFFFu},
     {"Numeratorbackcolor", 0x00FFFFu}, {"Denominatorbackcolor", 0xFF0000u}, {"Fractionslash", false},
-    {"Negforecolor", 0x008000u}, {"Posforecolor", 0x800000u}, {"Userresizeable", true}, {"Autoreplace", true},
+    {"Negforecolor", 0x008000u}, {"Posforecolor", kelfractionint::olecolor::windowtext}, {"Userresizeable", true}, {"Autoreplace", true},
     {"Forcesign", true}, {"Borderstyle", 1}, {"Font", QFont(QStringLiteral("DejaVu Sans"), 12)},
     {"NumeratorLocked", true}, {"DenominatorLocked", true},
 };

@@ -2,6 +2,7 @@
 // sink. (The QSettings bag is exercised by the control's and the demo's saved forms.)
 #include "ambient.h"
 #include "messageboxsink.h"
+#include "olecolor.h"
 #include "messagesink.h"
 #include "propertybag.h"
 #include "twips.h"
@@ -49,10 +50,10 @@ private Q_SLOTS:
 
     void ambientproperties()
     {
-        // A widget without a container sees white as its ambient colour.
+        // The ambient colour is the form's face as a system colour, with or without a container.
         QWidget form;
         QWidget control(&form);
-        QCOMPARE(ambient::backcolor(&form), 0xFFFFFFu);
+        QCOMPARE(ambient::backcolor(&form), kelfractionint::olecolor::buttonface);
 
         // Design mode is inherited from the form, or the default for every control.
         QList<bool> modes{ambient::usermode(&control)};

@@ -1,8 +1,10 @@
 #include "scriptedrun.h"
 
 #include "demowindow.h"
+#include "fractiondelegate.h"
 #include "fractioni.h"
 #include "measurements.h"
+#include "olecolor.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -10,11 +12,14 @@
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QPixmap>
+#include <QStandardItemModel>
 #include <QTableView>
 #include <QThread>
 
@@ -218,10 +223,41 @@ bool gallery(const QString &dir)
         ++row;
     }
 
+    // One form in a dark and in a light theme: positive values in the theme's window text, the
+    // backgrounds the form's face, a table of fractions through the delegate.
+    QWidget themes;
+    auto *sides = new QHBoxLayout(&themes);
+    for (const QColor face : {QColor(45, 45, 48), QColor(239, 239, 239)}) {
+        auto *pane = new QGroupBox(face.lightness() < 128 ? QStringLiteral("dark") : QStringLiteral("light"), &themes);
+        pane->setPalette(QPalette(face, face));
+        pane->setAutoFillBackground(true);
+        auto *fields = new QGridLayout(pane);
+        const QList<std::pair<const char *, QStringList>> rows{
+            {"Width", {"12", "3", "8"}}, {"Offset", {"-1", "5", "16"}}, {"Ratio", {"", "2", "3"}}};
+        for (int row = 0; row < rows.size(); ++row) {
+            fractioni *each = control(pane, rows[row].second, row != 2);
+            each->setPosforecolor(olecolor::windowtext);
+            fields->addWidget(new QLabel(QLatin1String(rows[row].first), pane), row, 0);
+            fields->addWidget(each, row, 1, Qt::AlignLeft);
+        }
+        fields->addWidget(new QLabel(QStringLiteral("Note"), pane), rows.size(), 0);
+        fields->addWidget(new QLineEdit(QStringLiteral("cut twice"), pane), rows.size(), 1);
+        auto *model = new QStandardItemModel(3, 1, pane);
+        for (int row = 0; row < 3; ++row)
+            model->setData(model->index(row, 0), QStringList{"-1 1/2", "3 5/8", "7/16"}[row]);
+        auto *cuts = new QTableView(pane);
+        cuts->setItemDelegate(new fractiondelegate(cuts));
+        cuts->setModel(model);
+        cuts->setFixedHeight(120);
+        fields->addWidget(cuts, rows.size() + 1, 0, 1, 2);
+        sides->addWidget(pane);
+    }
+
     measurementspage page;
     page.resize(520, 420);
     page.table()->selectRow(2);
-    return save(form, "controls.png") && save(sizes, "sizes.png") && save(page, "table.png");
+    return save(form, "controls.png") && save(sizes, "sizes.png") && save(page, "table.png")
+        && save(themes, "themes.png");
 }
 
 } // namespace kelfractionint::scriptedrun

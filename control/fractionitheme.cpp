@@ -1,0 +1,116 @@
+// The control in its application: palette, font and style sheets of the container.
+#include "fractioni.h"
+
+#include "ambient.h"
+#include "olecolor.h"
+
+#include <QEvent>
+#include <QLineEdit>
+#include <QScopedValueRollback>
+#include <QStyle>
+
+namespace kelfractionint {
+
+namespace {
+
+bool sametypeface(const QFont &a, const QFont &b)
+{
+    return a.family() == b.family() && a.pointSizeF() == b.pointSizeF() && a.bold() == b.bold()
+        && a.italic() == b.italic();
+}
+
+} // namespace
+
+void fractioni::showforecolor()
+{
+    // A system colour is looked up in the control's palette each time it is shown.
+    const QColor color = olecolor::toqcolor(m_shownforecolor, palette());
+    for (QLineEdit *field : {wholepart, numerator, denominator}) {
+        if (field->palette().color(QPalette::Text) != color) {
+            QPalette surface = field->palette();
+            surface.setColor(QPalette::Text, color);
+            field->setPalette(surface);
+        }
+    }
+    if (m_styledfields)
+        stylefields();
+}
+
+void fractioni::stylefields()
+{
+    // Under a style sheet the fields keep the control's look: any rule for line edits (a border,
+    // padding, a background, a colour) would change their geometry or hide the sign's colour.
+    const QColor color = wholepart->palette().color(QPalette::Text);
+    const QString sheet = QStringLiteral("QLineEdit { border: none; padding: 0px; margin: 0px; "
+                                         "background: transparent; color: %1; }")
+                              .arg(color.name(QColor::HexArgb));
+    for (QLineEdit *field : {wholepart, numerator, denominator}) {
+        if (field->styleSheet() != sheet)
+            field->setStyleSheet(sheet);
+    }
+    // The grip keeps its own font, whose "o" gives its size.
+    lblgrip->setStyleSheet(QStringLiteral("* { font-size: 18pt; }"));
+}
+
+void fractioni::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    switch (event->type()) {
+    case QEvent::PaletteChange:
+        showforecolor();
+        update();
+        break;
+    case QEvent::FontChange:
+        // QWidget::setFont through a QWidget pointer, or a style sheet's font, sets Font.
+        if (!m_adoptingfont && !sametypeface(QWidget::font(), m_font)) {
+            m_adoptingfont = true;
+            m_fontisambient = false;
+            absorbfont(QWidget::font());
+            m_adoptingfont = false;
+        }
+        break;
+    case QEvent::ParentChange:
+        // A control made without a parent takes its first container's typeface, until it is
+        // shown or given a font of its own; its size stays the one its height gave it.
+        if (m_fontisambient && startingup && parentWidget()) {
+            m_fontisambient = false;
+            QFont ambientfont = ambient::font(this);
+            ambientfont.setPointSizeF(m_font.pointSizeF());
+            absorbfont(ambientfont);
+        }
+        break;
+    default:
+        break;
+    }
+}
+
+void fractioni::watchfield(QLineEdit *field, QEvent *event)
+{
+    // A style sheet polishing a field gives it the sheet's font; the field keeps the control's,
+    // which its place is computed for (once: a sheet's font for the field itself wins).
+    static bool keeping = false;
+    if (event->type() == QEvent::Polish || event->type() == QEvent::StyleChange) {
+        // A style sheet reaches the fields when they are polished, from the application or a
+        // container, at any time.
+        if (!m_styledfields && field->style()->inherits("QStyleSheetStyle")) {
+            m_styledfields = true;
+            stylefields();
+        }
+    } else if (event->type() != QEvent::FontChange) {
+        watchediting(event);
+    } else if (!keeping) {
+        const QScopedValueRollback<bool> once(keeping, true);
+        setcontrolfont(field, m_font, m_font.pointSizeF());
+    }
+}
+
+void fractioni::absorbfont(const QFont &font)
+{
+    try {
+        setFont(font);
+    } catch (const std::exception &) {
+        // A font the layout cannot take leaves the control as it was.
+    }
+}
+
+} // namespace kelfractionint
