@@ -238,8 +238,12 @@ void fractiondelegate::setModelData(QWidget *editor, QAbstractItemModel *model, 
     const QStringList value = valueof(*control);
     if (!loaded.isValid() || loaded.toStringList() == value)
         return;
-    // Written back in the form the cell holds: three texts stay three texts, a text stays text.
-    if (index.data(Qt::EditRole).typeId() == QMetaType::QStringList)
+    // Written back in the form the cell holds: three texts stay three texts (a list of strings
+    // from a script or Python stays such a list), a text stays text.
+    const int held = index.data(Qt::EditRole).typeId();
+    if (held == QMetaType::QVariantList)
+        model->setData(index, QVariantList(value.cbegin(), value.cend()), Qt::EditRole);
+    else if (held == QMetaType::QStringList)
         model->setData(index, value, Qt::EditRole);
     else
         model->setData(index, control->fractiontext(), Qt::EditRole);

@@ -12,7 +12,6 @@
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QGridLayout>
-#include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QKeyEvent>
@@ -228,20 +227,21 @@ bool gallery(const QString &dir)
     QWidget themes;
     auto *sides = new QHBoxLayout(&themes);
     for (const QColor face : {QColor(45, 45, 48), QColor(239, 239, 239)}) {
-        auto *pane = new QGroupBox(face.lightness() < 128 ? QStringLiteral("dark") : QStringLiteral("light"), &themes);
+        auto *pane = new QWidget(&themes);
         pane->setPalette(QPalette(face, face));
         pane->setAutoFillBackground(true);
         auto *fields = new QGridLayout(pane);
+        fields->addWidget(new QLabel(face.lightness() < 128 ? QStringLiteral("Dark") : QStringLiteral("Light"), pane), 0, 0, 1, 2);
         const QList<std::pair<const char *, QStringList>> rows{
             {"Width", {"12", "3", "8"}}, {"Offset", {"-1", "5", "16"}}, {"Ratio", {"", "2", "3"}}};
-        for (int row = 0; row < rows.size(); ++row) {
-            fractioni *each = control(pane, rows[row].second, row != 2);
+        for (int row = 1; row <= rows.size(); ++row) {
+            fractioni *each = control(pane, rows[row - 1].second, row != 3);
             each->setPosforecolor(olecolor::windowtext);
-            fields->addWidget(new QLabel(QLatin1String(rows[row].first), pane), row, 0);
+            fields->addWidget(new QLabel(QLatin1String(rows[row - 1].first), pane), row, 0);
             fields->addWidget(each, row, 1, Qt::AlignLeft);
         }
-        fields->addWidget(new QLabel(QStringLiteral("Note"), pane), rows.size(), 0);
-        fields->addWidget(new QLineEdit(QStringLiteral("cut twice"), pane), rows.size(), 1);
+        fields->addWidget(new QLabel(QStringLiteral("Note"), pane), rows.size() + 1, 0);
+        fields->addWidget(new QLineEdit(QStringLiteral("cut twice"), pane), rows.size() + 1, 1);
         auto *model = new QStandardItemModel(3, 1, pane);
         for (int row = 0; row < 3; ++row)
             model->setData(model->index(row, 0), QStringList{"-1 1/2", "3 5/8", "7/16"}[row]);
@@ -249,7 +249,7 @@ bool gallery(const QString &dir)
         cuts->setItemDelegate(new fractiondelegate(cuts));
         cuts->setModel(model);
         cuts->setFixedHeight(120);
-        fields->addWidget(cuts, rows.size() + 1, 0, 1, 2);
+        fields->addWidget(cuts, rows.size() + 2, 0, 1, 2);
         sides->addWidget(pane);
     }
 
