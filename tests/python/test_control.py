@@ -41,13 +41,15 @@ def test_loadfraction_trims_a_list_in_place_and_returns_the_control(fraction):
 
 
 def test_signals_carry_their_arguments(fraction, qtbot):
-    changes, names = [], []
+    changes, names, values = [], [], []
     fraction.fractionvaluechanged.connect(lambda *args: changes.append(args))
     fraction.propertychanged.connect(names.append)
+    fraction.valueChanged.connect(values.append)
     fraction.changesign()
     fraction.setFractionslash(False)
     assert changes == [("+", "4", "1", "7", "-", "-4", "1", "7"), ("", "-4", "1", "7", "-", "-4", "1", "7")]
     assert "Fractionslash" in names
+    assert values == ["-4 1/7"] and fraction.value() == "-4 1/7"
     with qtbot.waitSignal(fraction.MouseDown) as press:
         qtbot.mousePress(fraction, Qt.MouseButton.LeftButton, Qt.KeyboardModifier.ShiftModifier)
     button, shift, x, y = press.args
