@@ -15,7 +15,10 @@
 using kelfractionint::fractioni;
 using testsupport::form;
 using step = std::function<void(fractioni &)>;
-Q_DECLARE_METATYPE(step)
+struct typed { step setup; QString start, keys, value, focus, shown, events; };
+struct pasted { QString clipboard, field, keys, value; bool loaded; };
+Q_DECLARE_METATYPE(typed)
+Q_DECLARE_METATYPE(pasted)
 
 namespace {
 
@@ -52,16 +55,10 @@ private Q_SLOTS:
         // The focus starts at the end of the field \a start, or where a click on the control's
         // corner puts it. Values and events are in evs() notation; \a shown names the fields shown
         // (w, n, d); "*" leaves events or fields unchecked.
-        QTest::addColumn<step>("setup");
-        QTest::addColumn<QString>("start");
-        QTest::addColumn<QString>("keys");
-        QTest::addColumn<QString>("value");
-        QTest::addColumn<QString>("focus");
-        QTest::addColumn<QString>("shown");
-        QTest::addColumn<QString>("events");
+        QTest::addColumn<typed>("row");
         const auto row = [](const char *name, step setup, const char *start, const QString &keys, const QString &value,
                             const char *focus, const char *events = "*", const char *shown = "*") {
-            QTest::newRow(name) << setup << start << keys << value << focus << shown << events;
+            QTest::newRow(name) << typed{setup, start, keys, value, focus, shown, events};
         };
         // Arrow keys leave the value as it was loaded.
         const auto arrow = [&row](const char *name, const char *record, const char *start, const char *keys, const char *focus,
@@ -113,13 +110,8 @@ private Q_SLOTS:
 
     void typing()
     {
-        QFETCH(step, setup);
-        QFETCH(QString, start);
-        QFETCH(QString, keys);
-        QFETCH(QString, value);
-        QFETCH(QString, focus);
-        QFETCH(QString, shown);
-        QFETCH(QString, events);
+        QFETCH(typed, row);
+        const auto &[setup, start, keys, value, focus, shown, events] = row;
         form f;
         QVERIFY(f.show());
         setup(*f.control);
@@ -151,13 +143,9 @@ private Q_SLOTS:
 
     void paste_data()
     {
-        QTest::addColumn<QString>("clipboard");
-        QTest::addColumn<QString>("field");
-        QTest::addColumn<QString>("keys"); // none: Paste from the field's menu
-        QTest::addColumn<QString>("value");
-        QTest::addColumn<bool>("loaded");
+        QTest::addColumn<pasted>("row"); // no keys: Paste from the field's menu
         const auto row = [](const char *name, const QString &clipboard, const char *field, const char *keys,
-                            const char *value, bool loaded) { QTest::newRow(name) << clipboard << field << keys << value << loaded; };
+                            const char *value, bool loaded) { QTest::newRow(name) << pasted{clipboard, field, keys, value, loaded}; };
         row("fraction into the numerator", "2/3", "numerator", "{Ctrl+V}", "_ 2 3", true);
         row("mixed number into the whole part", " -1 2/3 ", "wholepart", "{Shift+Ins}", "-1 2 3", true);
         row("vulgar fraction from the menu", "1\u2154", "denominator", "", "1 2 3", true);
@@ -167,11 +155,8 @@ private Q_SLOTS:
 
     void paste()
     {
-        QFETCH(QString, clipboard);
-        QFETCH(QString, field);
-        QFETCH(QString, keys);
-        QFETCH(QString, value);
-        QFETCH(bool, loaded);
+        QFETCH(pasted, row);
+        const auto &[clipboard, field, keys, value, loaded] = row;
         form f;
         QVERIFY(f.show());
         QApplication::clipboard()->setText(clipboard);

@@ -163,9 +163,7 @@ private Q_SLOTS:
 
         // A press on the result's own surface (left of its fields) raises MouseDown and selects it.
         fractioni *result = window->result();
-        const QPoint surface(1, result->height() - 2);
-        QTest::mousePress(result, Qt::LeftButton, Qt::NoModifier, surface);
-        QTest::mouseRelease(result, Qt::LeftButton, Qt::NoModifier, surface);
+        QTest::mouseClick(result, Qt::LeftButton, Qt::NoModifier, QPoint(1, result->height() - 2));
         QCOMPARE(window->selected(), result);
         QVERIFY(!logged(QStringLiteral("result: MouseDown (Button 1, Shift 0")).isEmpty());
     }
@@ -237,8 +235,8 @@ private Q_SLOTS:
     }
 
     // Saved, changed and reopened in the same window and in a new one, every control looks as saved
-    // and the toggle shows the result's Autoreplace.
-    void savedformreopensidentically()
+    // and the toggle shows the result's Autoreplace; a picture exported and copied.
+    void savedformandpictures()
     {
         QTemporaryDir dir;
         const QString path = dir.filePath(QStringLiteral("form.ini"));
@@ -273,14 +271,9 @@ private Q_SLOTS:
         // The newest window's log receives the messages.
         QVERIFY(!other.openform(dir.filePath(QStringLiteral("missing.ini"))));
         QCOMPARE(other.loglines().filter(QStringLiteral("message:")).size(), 1);
-    }
 
-    void pictures()
-    {
-        QTemporaryDir dir;
-        const QString path = dir.filePath(QStringLiteral("first.png"));
-        QVERIFY(window->exportpicture(path));
-        QCOMPARE(QImage(path).convertToFormat(QImage::Format_ARGB32),
+        QVERIFY(window->exportpicture(dir.filePath(QStringLiteral("first.png"))));
+        QCOMPARE(QImage(dir.filePath(QStringLiteral("first.png"))).convertToFormat(QImage::Format_ARGB32),
                  window->first()->Picture().toImage().convertToFormat(QImage::Format_ARGB32));
 
         QTest::mouseClick(field(window->second(), "numerator"), Qt::LeftButton);
@@ -309,8 +302,7 @@ private Q_SLOTS:
         QTest::addColumn<QColor>("color");
         QTest::newRow("three texts, slash") << QVariant(QStringList{"4", "1", "7"}) << true << true << QColor(Qt::black);
         QTest::newRow("negative text, bar") << QVariant(QStringLiteral("-1 12/35")) << false << true << QColor(Qt::red);
-        QTest::newRow("text that is no fraction") << QVariant(QStringLiteral("1.5 in")) << true << false
-                                                  << QColor(Qt::black);
+        QTest::newRow("no fraction") << QVariant(QStringLiteral("1.5 in")) << true << false << QColor(Qt::black);
     }
 
     void painting()
@@ -320,19 +312,19 @@ private Q_SLOTS:
         QFETCH(bool, fraction);
         QFETCH(QColor, color);
         QStandardItemModel model(1, 1);
-        model.setData(model.index(0, 0), value, value.typeId() == QMetaType::QStringList ? Qt::EditRole : Qt::DisplayRole);
+        const QModelIndex cell = model.index(0, 0);
+        model.setData(cell, value, value.typeId() == QMetaType::QStringList ? Qt::EditRole : Qt::DisplayRole);
         fractiondelegate delegate;
         delegate.setFractionslash(slash);
-        QCOMPARE(fractiondelegate::fractionof(model.index(0, 0)).has_value(), fraction);
+        QCOMPARE(fractiondelegate::fractionof(cell).has_value(), fraction);
         QStyleOptionViewItem option;
-        option.rect = QRect(QPoint(0, 0), delegate.sizeHint(option, model.index(0, 0)) + QSize(10, 10));
+        option.rect = QRect(QPoint(0, 0), delegate.sizeHint(option, cell) + QSize(10, 10));
         option.palette.setColor(QPalette::Text, Qt::black);
         QImage image(option.rect.size(), QImage::Format_RGB32);
         image.fill(Qt::white);
-        {
-            QPainter painter(&image);
-            delegate.paint(&painter, option, model.index(0, 0));
-        }
+        QPainter painter(&image);
+        delegate.paint(&painter, option, cell);
+        painter.end();
         const auto [count, widest] = ink(image, color);
         QVERIFY(count > 10);
         // The separator: a bar is one full row of ink across the fraction, a slash is not.
@@ -371,11 +363,9 @@ private Q_SLOTS:
         auto *editor = table->findChild<fractioni *>();
         QVERIFY(editor);
         // F2 puts the caret in the editor's first part; typing over it replaces part by part.
-        QLineEdit *wholepart = field(editor, "wholepart");
-        QTRY_COMPARE(QApplication::focusWidget(), wholepart);
-        wholepart->selectAll();
-        for (const QChar c : keys)
-            QTest::keyClick(static_cast<QWidget *>(nullptr), c.toLatin1());
+        QTRY_COMPARE(QApplication::focusWidget(), field(editor, "wholepart"));
+        field(editor, "wholepart")->selectAll();
+        QTest::keyClicks(static_cast<QWidget *>(nullptr), keys);
         QTest::keyClick(static_cast<QWidget *>(nullptr), Qt::Key(end));
         QTRY_VERIFY(!table->findChild<fractioni *>() || !table->findChild<fractioni *>()->isVisible());
         QCOMPARE(cell.data(Qt::DisplayRole).toString(), value.isEmpty() ? before : value);

@@ -60,6 +60,8 @@ QStringList expectedrows()
     return rows;
 }
 
+struct latebound { int kind; qint32 dispid; QVariantList args; QVariant expected; int error; };
+
 bool hassignal(const char *name, int parameters)
 {
     const QMetaObject &meta = fractioni::staticMetaObject;
@@ -73,6 +75,8 @@ bool hassignal(const char *name, int parameters)
 }
 
 } // namespace
+
+Q_DECLARE_METATYPE(latebound)
 
 class tst_fractionidispatch : public QObject
 {
@@ -112,7 +116,6 @@ private Q_SLOTS:
             QCOMPARE(dispidofname(QString::fromLatin1(m.name).toUpper()), std::optional<qint32>(m.dispid));
         }
         QCOMPARE(rows, expectedrows());
-        QCOMPARE(rows.size(), 77);
         for (const dispevent &event : fractionievents()) {
             const int id = int(&event - fractionievents().data()) + 1;
             QCOMPARE(event.dispid, id);
@@ -130,13 +133,9 @@ private Q_SLOTS:
     // member and leaves the value as it was. A Let or Set is read back by its Get.
     void calls_data()
     {
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<qint32>("dispid");
-        QTest::addColumn<QVariantList>("args");
-        QTest::addColumn<QVariant>("expected");
-        QTest::addColumn<int>("error");
+        QTest::addColumn<latebound>("row");
         const auto row = [](const char *name, invokekind kind, qint32 dispid, QVariantList args, QVariant expected,
-                            int error = 0) { QTest::newRow(name) << int(kind) << dispid << args << expected << error; };
+                            int error = 0) { QTest::newRow(name) << latebound{int(kind), dispid, args, expected, error}; };
         const auto let = invokekind::let, get = invokekind::get, set = invokekind::set, call = invokekind::method;
         const QVariant nothing = QVariant::fromValue<QObject *>(nullptr);
         row("number to a String", let, numeratorid, {12}, "12");
@@ -170,11 +169,8 @@ private Q_SLOTS:
 
     void calls()
     {
-        QFETCH(int, kind);
-        QFETCH(qint32, dispid);
-        QFETCH(QVariantList, args);
-        QFETCH(QVariant, expected);
-        QFETCH(int, error);
+        QFETCH(latebound, row);
+        auto [kind, dispid, args, expected, error] = row;
         const QStringList before = value(*m_control);
         QSignalSpy changed(m_control, &fractioni::fractionvaluechanged);
         QVariant result;
@@ -197,13 +193,6 @@ private Q_SLOTS:
         QCOMPARE(result.toString(), expected.toString());
     }
 
-    void nullcontrolraises91()
-    {
-        QVariantList none;
-        QCOMPARE(errornumber([&] { dispinvoke(nullptr, wholepartid, invokekind::get, none); }), 91);
-        QCOMPARE(errornumber([&] { connectevent(nullptr, 1, [](const QVariantList &) {}); }), 91);
-    }
-
     // loadfraction takes its record by reference: the caller sees the trimmed texts.
     void writesbackbyreference()
     {
@@ -224,6 +213,9 @@ private Q_SLOTS:
         QCOMPARE(received.at(0), (QVariantList{"+", "4", "1", "7", "+", "4", "2", "7"}));
         QCOMPARE(QVariant(received.at(1)).toStringList(), (QStringList{"1", "2", "3.5", "4.5"}));
         QCOMPARE(errornumber([&] { connectevent(m_control, 8, [](const QVariantList &) {}); }), 438);
+        QCOMPARE(errornumber([&] { connectevent(nullptr, 1, [](const QVariantList &) {}); }), 91);
+        QVariantList none;
+        QCOMPARE(errornumber([&] { dispinvoke(nullptr, wholepartid, invokekind::get, none); }), 91);
     }
 };
 

@@ -65,7 +65,6 @@ private Q_SLOTS:
         QTest::addColumn<QPoint>("edge");
         QTest::addColumn<QPoint>("offset");
         QTest::addColumn<bool>("separator");
-
         QTest::newRow("top left corner of the band") << "7" << QPoint(0, 0) << QPoint(0, 0) << true;
         QTest::newRow("bottom right corner, on the denominator's top") << "7" << QPoint(1, 1) << QPoint(0, 0) << true;
         QTest::newRow("last row of the numerator") << "7" << QPoint(0, 0) << QPoint(2, -1) << false;
@@ -82,7 +81,6 @@ private Q_SLOTS:
         QFETCH(QPoint, edge);
         QFETCH(QPoint, offset);
         QFETCH(bool, separator);
-
         fractioni *control = showncontrol();
         QVERIFY(control);
         // A border opens a gap of two pixels between numerator and denominator.

@@ -22,6 +22,9 @@ using testsupport::errornumber;
 using testsupport::field;
 using testsupport::value;
 
+struct applied { QStringList typed; bool designmode; QStringList expected; int error; };
+Q_DECLARE_METATYPE(applied)
+
 class tst_fractionpages : public QObject
 {
     Q_OBJECT
@@ -112,13 +115,9 @@ private Q_SLOTS:
     // The page shows and writes the first selected control only (see writeorder()).
     void valuesapply_data()
     {
-        QTest::addColumn<QStringList>("typed"); // whole part, numerator, denominator
-        QTest::addColumn<bool>("designmode");
-        QTest::addColumn<QStringList>("expected");
-        QTest::addColumn<int>("error");
-
+        QTest::addColumn<applied>("row"); // typed: whole part, numerator, denominator
         const auto row = [](const char *name, QStringList typed, bool designmode, QStringList expected, int error) {
-            QTest::newRow(name) << typed << designmode << expected << error;
+            QTest::newRow(name) << applied{typed, designmode, expected, error};
         };
         row("all three parts replaced", {"-2", "3", "5"}, false, {"-2", "3", "5"}, 0);
         row("signed numerator refused silently", {"4", "-3", "7"}, false, {"4", "1", "7"}, 0);
@@ -128,11 +127,8 @@ private Q_SLOTS:
 
     void valuesapply()
     {
-        QFETCH(QStringList, typed);
-        QFETCH(bool, designmode);
-        QFETCH(QStringList, expected);
-        QFETCH(int, error);
-
+        QFETCH(applied, row);
+        const auto &[typed, designmode, expected, error] = row;
         fractioni control, second;
         ambient::setdesignmode(&control, designmode);
         fractionvalues page;

@@ -7,6 +7,9 @@
 
 using namespace kelfractionint;
 
+struct command { QStringList args; int code; QString out, err; };
+Q_DECLARE_METATYPE(command)
+
 class tst_fractionscript : public QObject
 {
     Q_OBJECT
@@ -20,12 +23,9 @@ private Q_SLOTS:
 
     void commandline_data()
     {
-        QTest::addColumn<QStringList>("args");
-        QTest::addColumn<int>("code");
-        QTest::addColumn<QString>("out");
-        QTest::addColumn<QString>("err");
+        QTest::addColumn<command>("row");
         const auto row = [](const char *name, const QStringList &args, int code, const char *out, const char *err) {
-            QTest::newRow(name) << args << code << QString::fromUtf8(out) << QString::fromUtf8(err);
+            QTest::newRow(name) << command{args, code, QString::fromUtf8(out), QString::fromUtf8(err)};
         };
         // The README's examples, run as a user runs them.
         row("value example", {KEL_SCRIPT_EXAMPLES "/value.js"}, 0, "4 1 7\n[\"\",\"3\",\"4\"]\n2\n3/4\n", "");
@@ -61,10 +61,8 @@ private Q_SLOTS:
 
     void commandline()
     {
-        QFETCH(QStringList, args);
-        QFETCH(int, code);
-        QFETCH(QString, out);
-        QFETCH(QString, err);
+        QFETCH(command, row);
+        const auto &[args, code, out, err] = row;
         QProcess process;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
