@@ -50,6 +50,9 @@ struct operation
     QKeyCombination key = {};
 };
 
+// A cell painted by the delegate: its value, separator, whether it reads as a fraction, its ink.
+struct paintedcell { QVariant value; bool slash, fraction; QColor color; };
+
 // Counts the rows whose data a view asks for.
 class rowcounter : public QIdentityProxyModel
 {
@@ -81,6 +84,7 @@ std::pair<int, int> ink(const QImage &image, const QColor &color)
 } // namespace
 
 Q_DECLARE_METATYPE(operation)
+Q_DECLARE_METATYPE(paintedcell)
 
 class tst_fractiondemo : public QObject
 {
@@ -296,21 +300,16 @@ private Q_SLOTS:
     // The measurements page: fractions in a table through the delegate.
     void painting_data()
     {
-        QTest::addColumn<QVariant>("value");
-        QTest::addColumn<bool>("slash");
-        QTest::addColumn<bool>("fraction");
-        QTest::addColumn<QColor>("color");
-        QTest::newRow("three texts, slash") << QVariant(QStringList{"4", "1", "7"}) << true << true << QColor(Qt::black);
-        QTest::newRow("negative text, bar") << QVariant(QStringLiteral("-1 12/35")) << false << true << QColor(Qt::red);
-        QTest::newRow("no fraction") << QVariant(QStringLiteral("1.5 in")) << true << false << QColor(Qt::black);
+        QTest::addColumn<paintedcell>("row");
+        QTest::newRow("three texts, slash") << paintedcell{QStringList{"4", "1", "7"}, true, true, Qt::black};
+        QTest::newRow("negative text, bar") << paintedcell{QStringLiteral("-1 12/35"), false, true, Qt::red};
+        QTest::newRow("no fraction") << paintedcell{QStringLiteral("1.5 in"), true, false, Qt::black};
     }
 
     void painting()
     {
-        QFETCH(QVariant, value);
-        QFETCH(bool, slash);
-        QFETCH(bool, fraction);
-        QFETCH(QColor, color);
+        QFETCH(paintedcell, row);
+        const auto &[value, slash, fraction, color] = row;
         QStandardItemModel model(1, 1);
         const QModelIndex cell = model.index(0, 0);
         model.setData(cell, value, value.typeId() == QMetaType::QStringList ? Qt::EditRole : Qt::DisplayRole);

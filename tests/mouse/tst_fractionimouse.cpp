@@ -31,7 +31,13 @@ protected:
     void mousePressEvent(QMouseEvent *) override { ++presses; }
 };
 
+// A point relative to the numerator's left (x 0) or right (x 1) edge and to the first row below
+// it (y 0) or the denominator's top row (y 1), plus an offset in pixels; whether it is on the band.
+struct bandpoint { QString denominator; QPoint edge, offset; bool separator; };
+
 } // namespace
+
+Q_DECLARE_METATYPE(bandpoint)
 
 class tst_fractionimouse : public QObject
 {
@@ -59,28 +65,21 @@ private Q_SLOTS:
 
     void separatorband_data()
     {
-        // A point relative to the numerator's left (x 0) or right (x 1) edge and to the first row
-        // below it (y 0) or the denominator's top row (y 1), plus an offset in pixels.
-        QTest::addColumn<QString>("denominator");
-        QTest::addColumn<QPoint>("edge");
-        QTest::addColumn<QPoint>("offset");
-        QTest::addColumn<bool>("separator");
-        QTest::newRow("top left corner of the band") << "7" << QPoint(0, 0) << QPoint(0, 0) << true;
-        QTest::newRow("bottom right corner, on the denominator's top") << "7" << QPoint(1, 1) << QPoint(0, 0) << true;
-        QTest::newRow("last row of the numerator") << "7" << QPoint(0, 0) << QPoint(2, -1) << false;
-        QTest::newRow("below the band") << "7" << QPoint(0, 1) << QPoint(2, 1) << false;
-        QTest::newRow("left of the band") << "7" << QPoint(0, 0) << QPoint(-1, 0) << false;
-        QTest::newRow("right of the band") << "7" << QPoint(1, 1) << QPoint(1, 0) << false;
+        QTest::addColumn<bandpoint>("row");
+        QTest::newRow("top left corner of the band") << bandpoint{"7", {0, 0}, {0, 0}, true};
+        QTest::newRow("bottom right corner, on the denominator's top") << bandpoint{"7", {1, 1}, {0, 0}, true};
+        QTest::newRow("last row of the numerator") << bandpoint{"7", {0, 0}, {2, -1}, false};
+        QTest::newRow("below the band") << bandpoint{"7", {0, 1}, {2, 1}, false};
+        QTest::newRow("left of the band") << bandpoint{"7", {0, 0}, {-1, 0}, false};
+        QTest::newRow("right of the band") << bandpoint{"7", {1, 1}, {1, 0}, false};
         // The band is the numerator's width, also over a wider denominator.
-        QTest::newRow("under a wider denominator only") << "12345" << QPoint(0, 0) << QPoint(-1, 0) << false;
+        QTest::newRow("under a wider denominator only") << bandpoint{"12345", {0, 0}, {-1, 0}, false};
     }
 
     void separatorband()
     {
-        QFETCH(QString, denominator);
-        QFETCH(QPoint, edge);
-        QFETCH(QPoint, offset);
-        QFETCH(bool, separator);
+        QFETCH(bandpoint, row);
+        const auto &[denominator, edge, offset, separator] = row;
         fractioni *control = showncontrol();
         QVERIFY(control);
         // A border opens a gap of two pixels between numerator and denominator.
