@@ -27,26 +27,16 @@ QStringList valueof(const fractioni &control)
     return {control.Wholepartvalue(), control.Numeratorvalue(), control.Denominatorvalue()};
 }
 
-// Whether the control shows the record's parts: blanks are trimmed, a whole part may lose or
-// gain its "+", and a denominator goes with an empty numerator.
+// Whether the control shows the record's parts, which loadfraction has trimmed: a whole part may
+// lose or gain its "+", and a denominator goes with an empty numerator.
 bool heldexactly(const QStringList &record, const QStringList &loaded)
 {
-    const auto trimmed = [](const QString &text) {
-        qsizetype first = 0;
-        qsizetype last = text.size();
-        while (first < last && text.at(first) == QLatin1Char(' '))
-            ++first;
-        while (last > first && text.at(last - 1) == QLatin1Char(' '))
-            --last;
-        return text.mid(first, last - first);
+    const auto unsigned_ = [](const QString &text) {
+        return text.startsWith(QLatin1Char('+')) ? text.mid(1) : text;
     };
-    const auto unsigned_ = [&](const QString &text) {
-        const QString bare = trimmed(text);
-        return bare.startsWith(QLatin1Char('+')) ? bare.mid(1) : bare;
-    };
-    if (unsigned_(record.at(0)) != unsigned_(loaded.at(0)) || trimmed(record.at(1)) != loaded.at(1))
+    if (unsigned_(record.at(0)) != unsigned_(loaded.at(0)) || record.at(1) != loaded.at(1))
         return false;
-    return loaded.at(1).isEmpty() || trimmed(record.at(2)) == loaded.at(2);
+    return loaded.at(1).isEmpty() || record.at(2) == loaded.at(2);
 }
 
 constexpr char closingproperty[] = "kelfractionint_editorclosing";
@@ -212,11 +202,12 @@ void fractiondelegate::setEditorData(QWidget *editor, const QModelIndex &index) 
         return;
     }
     const modfracglobal::scopedmessagesink quiet([](const std::string &) {});
-    control->loadfraction(*record);
+    QStringList trimmed = *record;
+    control->loadfraction(trimmed);
     // The cell is written back only when the user changed the value, and only when the editor
     // took the cell's value as it is: a part the control refuses leaves the cell alone.
     const QStringList loaded = valueof(*control);
-    control->setProperty(loadedproperty, heldexactly(*record, loaded) ? QVariant(loaded) : QVariant());
+    control->setProperty(loadedproperty, heldexactly(trimmed, loaded) ? QVariant(loaded) : QVariant());
     // F2 or a double-click puts the caret in the first part shown.
     for (const char *name : {"wholepart", "numerator", "denominator"}) {
         auto *field = control->findChild<QLineEdit *>(QLatin1String(name));
