@@ -29,7 +29,9 @@ using kelfractionint::memorypropertybag;
 using testsupport::evs;
 using testsupport::field;
 using step = std::function<void(fractioni &)>;
+struct entry { int type; const char *decimal; int part; QString text; bool accepted; };
 Q_DECLARE_METATYPE(step)
+Q_DECLARE_METATYPE(entry)
 
 namespace {
 
@@ -57,22 +59,13 @@ void changeeverything(fractioni &c)
 {
     c.setFracType(fractioni::fracAlgebraic);
     c.loadfraction(QStringList{"-x", "a", "b"});
-    c.setFractionslash(false);
-    c.setBackcolor(0x102030);
-    c.setWholepartbackcolor(0x405060);
-    c.setNumeratorbackcolor(0x708090);
-    c.setDenominatorbackcolor(0xA0B0C0);
-    c.setNegforecolor(0x00FF00);
-    c.setPosforecolor(0x0000FF);
-    c.setUserresizeable(true);
-    c.setAutoreplace(true);
-    c.setForcesign(true);
-    c.setBorderstyle(fractioni::borderstylefixed);
-    QFont font(QStringLiteral("Serif"), 15, QFont::Bold, true);
-    c.setFont(font);
-    c.setNumeratorLocked(true);
-    c.setDenominatorLocked(true);
-    c.setWholepartLocked(true);
+    for (const auto &[name, value] : std::initializer_list<std::pair<const char *, QVariant>>{
+             {"Fractionslash", false}, {"Backcolor", 0x102030}, {"Wholepartbackcolor", 0x405060},
+             {"Numeratorbackcolor", 0x708090}, {"Denominatorbackcolor", 0xA0B0C0}, {"Negforecolor", 0x00FF00},
+             {"Posforecolor", 0x0000FF}, {"Userresizeable", true}, {"Autoreplace", true}, {"Forcesign", true},
+             {"Borderstyle", 1}, {"Font", QFont(QStringLiteral("Serif"), 15, QFont::Bold, true)},
+             {"NumeratorLocked", true}, {"DenominatorLocked", true}, {"WholepartLocked", true}})
+        QVERIFY(c.setProperty(name, value));
 }
 
 } // namespace
@@ -88,79 +81,66 @@ private Q_SLOTS:
         m_messages.take();
     }
 
+    // Each row: the action, the events it raises and the value afterwards in evs() notation, a set-up
+    // done before the spy listens, and whether the action runs at design time.
     void events_data()
     {
         QTest::addColumn<step>("setup");
         QTest::addColumn<bool>("design");
         QTest::addColumn<step>("action");
         QTest::addColumn<QString>("expected");
-        QTest::addColumn<QString>("after");
-        const auto row = [](const char *name, step setup, step action, const char *expected, const char *after,
-                            bool design = false) {
-            QTest::newRow(name) << setup << design << action << QString::fromUtf8(expected) << QString::fromUtf8(after);
+        const auto row = [](const char *name, step action, const QString &expected, const char *after,
+                            step setup = {}, bool design = false) {
+            QTest::newRow(name) << setup << design << action << expected + u'|' + QLatin1String(after);
         };
-        const step none = [](fractioni &) {};
-        const char *same = "+ 4 1 7 > + 4 1 7";
-        const QByteArray twice = QByteArray(same) + ";" + same, six = twice + ";" + twice + ";" + twice;
-        row("whole part -3 with blanks is stored trimmed", none, [](fractioni &f) { f.setWholepartvalue("  -3  "); },
+        const auto load = [](const char *record) { return [=](fractioni &f) { f.loadfraction(testsupport::rec(record)); }; };
+        const QString same = "+ 4 1 7 > + 4 1 7", twice = same + ";" + same;
+        row("whole part -3 with blanks is stored trimmed", [](fractioni &f) { f.setWholepartvalue("  -3  "); },
             "+ 4 1 7 > - -3 1 7", "-3 1 7");
-        row("+4 loses its plus without Forcesign", none, [](fractioni &f) { f.setWholepartvalue("+4"); }, same, "4 1 7");
-        row("Forcesign re-assigns the whole part with a plus", none, [](fractioni &f) { f.setForcesign(true); },
+        row("+4 loses its plus without Forcesign", [](fractioni &f) { f.setWholepartvalue("+4"); }, same, "4 1 7");
+        row("Forcesign re-assigns the whole part with a plus", [](fractioni &f) { f.setForcesign(true); },
             "+ 4 1 7 > + +4 1 7", "+4 1 7");
-        row("Forcesign turns an empty whole part into plus", [](fractioni &f) { f.setForcesign(true); },
-            [](fractioni &f) { f.setWholepartvalue(QString()); }, "+ +4 1 7 > + + 1 7", "+ 1 7");
-        row("clearing the numerator sets the denominator to 1 first", [](fractioni &f) { f.loadfraction({"", "3", "4"}); },
-            [](fractioni &f) { f.setNumeratorvalue(QString()); }, "+ _ 3 4 > + _ 3 1; + _ 3 1 > + _ _ 1", "_ _ 1");
-        row("denominator without a numerator stays empty", [](fractioni &f) { f.loadfraction({"2", "", ""}); },
-            [](fractioni &f) { f.setDenominatorvalue("5"); }, "+ 2 _ _ > + 2 _ _", "2 _ _");
-        row("numerator -3 is refused: two events without change", none,
-            [](fractioni &f) { f.setNumeratorvalue("-3"); }, twice.constData(), "4 1 7");
-        row("refused whole part at design time re-applies the value", none,
-            [](fractioni &f) { f.setWholepartvalue("abc"); }, twice.constData(), "4 1 7", true);
-        row("refused whole part while locked re-applies the value", [](fractioni &f) { f.setWholepartLocked(true); },
-            [](fractioni &f) { f.setWholepartvalue("5-"); }, twice.constData(), "4 1 7");
-        row("changesign of 2/3 gives the whole part minus and a second event", [](fractioni &f) { f.loadfraction({"", "2", "3"}); },
-            [](fractioni &f) { QCOMPARE(f.changesign(), &f); }, "+ _ 2 3 > - - 2 3; _ - 2 3 > - - 2 3", "- 2 3");
-        row("changesign of -1 1/2 drops the minus", [](fractioni &f) { f.loadfraction({"-1", "1", "2"}); },
-            [](fractioni &f) { f.changesign(); }, "- -1 1 2 > + 1 1 2; _ 1 1 2 > + 1 1 2", "1 1 2");
-        row("changesign of an empty value does nothing",
-            [](fractioni &f) { f.clearfraction(); f.setNumeratorvalue(QString()); f.loadfraction({"", "", ""}); },
-            [](fractioni &f) { f.changesign(); }, "", "_ _ _");
-        row("clearfraction of 1 2/3 clears whole, denominator, numerator", [](fractioni &f) { f.loadfraction({"1", "2", "3"}); },
-            [](fractioni &f) { QCOMPARE(f.clearfraction(), &f); },
-            "+ 1 2 3 > + _ 2 3; + _ 2 3 > + _ 2 _; + _ 2 _ > + _ 2 1; + _ 2 1 > + _ _ 1", "_ _ 1");
-        row("FracType 7 refuses even the empty text: clearfraction keeps the value",
-            [](fractioni &f) { f.setFracType(fractioni::fractiontype(7)); }, [](fractioni &f) { f.clearfraction(); },
-            six.constData(), "4 1 7", true);
-        row("loadfraction while the whole part is locked adds a summary",
-            [](fractioni &f) { f.setWholepartLocked(true); }, [](fractioni &f) { f.loadfraction({" -1", "2 ", " 5 "}); },
-            "+ 4 1 7 > - -1 1 7; - -1 1 7 > - -1 2 7; - -1 2 7 > - -1 2 5; + 4 1 7 > - -1 2 5", "-1 2 5");
-        row("loadfraction of a whole number applies the denominator rule", none, [](fractioni &f) { f.loadfraction({"3", "", "9"}); },
-            "+ 4 1 7 > + 3 1 7; + 3 1 7 > + 3 1 1; + 3 1 1 > + 3 _ 1; + 3 _ 1 > + 3 _ _", "3 _ _");
-        row("Negforecolor re-assigns the whole part", none, [](fractioni &f) { f.setNegforecolor(0x00FF00); }, same,
+        row("Forcesign turns an empty whole part into plus", [](fractioni &f) { f.setWholepartvalue(QString()); },
+            "+ +4 1 7 > + + 1 7", "+ 1 7", [](fractioni &f) { f.setForcesign(true); });
+        row("clearing the numerator sets the denominator to 1 first", [](fractioni &f) { f.setNumeratorvalue(QString()); },
+            "+ _ 3 4 > + _ 3 1; + _ 3 1 > + _ _ 1", "_ _ 1", load("_ 3 4"));
+        row("denominator without a numerator stays empty", [](fractioni &f) { f.setDenominatorvalue("5"); },
+            "+ 2 _ _ > + 2 _ _", "2 _ _", load("2 _ _"));
+        row("numerator -3 is refused: two events without change", [](fractioni &f) { f.setNumeratorvalue("-3"); }, twice,
             "4 1 7");
-        row("hiding the fraction part clears numerator then denominator", none,
-            [](fractioni &f) { f.setFracpartvisible(false); },
+        row("refused whole part at design time re-applies the value", [](fractioni &f) { f.setWholepartvalue("abc"); },
+            twice, "4 1 7", {}, true);
+        row("refused whole part while locked re-applies the value", [](fractioni &f) { f.setWholepartvalue("5-"); }, twice,
+            "4 1 7", [](fractioni &f) { f.setWholepartLocked(true); });
+        row("changesign of 2/3 gives the whole part minus and a second event",
+            [](fractioni &f) { QCOMPARE(f.changesign(), &f); }, "+ _ 2 3 > - - 2 3; _ - 2 3 > - - 2 3", "- 2 3", load("_ 2 3"));
+        row("changesign of -1 1/2 drops the minus", [](fractioni &f) { f.changesign(); },
+            "- -1 1 2 > + 1 1 2; _ 1 1 2 > + 1 1 2", "1 1 2", load("-1 1 2"));
+        row("changesign of an empty value does nothing", [](fractioni &f) { f.changesign(); }, "", "_ _ _", load("_ _ _"));
+        row("clearfraction of 1 2/3 clears whole, denominator, numerator", [](fractioni &f) { QCOMPARE(f.clearfraction(), &f); },
+            "+ 1 2 3 > + _ 2 3; + _ 2 3 > + _ 2 _; + _ 2 _ > + _ 2 1; + _ 2 1 > + _ _ 1", "_ _ 1", load("1 2 3"));
+        row("FracType 7 refuses even the empty text: clearfraction keeps the value", [](fractioni &f) { f.clearfraction(); },
+            twice + ";" + twice + ";" + twice, "4 1 7", [](fractioni &f) { f.setFracType(fractioni::fractiontype(7)); }, true);
+        row("loadfraction while the whole part is locked adds a summary",
+            [](fractioni &f) { f.loadfraction({" -1", "2 ", " 5 "}); },
+            "+ 4 1 7 > - -1 1 7; - -1 1 7 > - -1 2 7; - -1 2 7 > - -1 2 5; + 4 1 7 > - -1 2 5", "-1 2 5",
+            [](fractioni &f) { f.setWholepartLocked(true); });
+        row("loadfraction of a whole number applies the denominator rule", load("3 _ 9"),
+            "+ 4 1 7 > + 3 1 7; + 3 1 7 > + 3 1 1; + 3 1 1 > + 3 _ 1; + 3 _ 1 > + 3 _ _", "3 _ _");
+        row("Negforecolor re-assigns the whole part", [](fractioni &f) { f.setNegforecolor(0x00FF00); }, same, "4 1 7");
+        row("hiding the fraction part clears numerator then denominator", [](fractioni &f) { f.setFracpartvisible(false); },
             "+ 4 1 7 > + 4 1 1; + 4 1 1 > + 4 _ 1; + 4 _ 1 > + 4 _ _", "4 _ _");
-        row("Autoreplace and FracType raise no value event", none,
+        row("Autoreplace and FracType raise no value event",
             [](fractioni &f) { f.setAutoreplace(true); f.setFracType(fractioni::fracAlgebraic); }, "", "4 1 7");
-        row("a record is trimmed and extra items ignored", none,
-            [](fractioni &f) { f.loadfraction({" 2 ", "4", "8 ", "extra"}); },
+        row("a record is trimmed and extra items ignored", [](fractioni &f) { f.loadfraction({" 2 ", "4", "8 ", "extra"}); },
             "+ 4 1 7 > + 2 1 7; + 2 1 7 > + 2 4 7; + 2 4 7 > + 2 4 8", "2 4 8");
-        // A listener that changes the value: later listeners see the nested event first, and its
-        // own argument still reads what was raised.
-        row("a listener changing the value",
-            [](fractioni &f) {
-                QObject::connect(&f, &fractioni::fractionvaluechanged, &f,
-                                 [&f, once = true](const QString &, const QString &, const QString &, const QString &,
-                                                   const QString &, const QString &nw) mutable {
-                                     if (std::exchange(once, false)) {
-                                         f.setWholepartvalue(QStringLiteral("9"));
-                                         QCOMPARE(nw, QStringLiteral("-4"));
-                                     }
-                                 });
-            },
-            [](fractioni &f) { f.changesign(); }, "- -4 1 7 > + 9 1 7; + 4 1 7 > - -4 1 7; _ 9 1 7 > + 9 1 7", "9 1 7");
+        // A listener that changes the value: later listeners see the nested event first, then the
+        // outer one with what it raised.
+        row("a listener changing the value", [](fractioni &f) { f.changesign(); },
+            "- -4 1 7 > + 9 1 7; + 4 1 7 > - -4 1 7; _ 9 1 7 > + 9 1 7", "9 1 7", [](fractioni &f) {
+                QObject::connect(&f, &fractioni::fractionvaluechanged, &f, [&f] { f.setWholepartvalue("9"); },
+                                 Qt::SingleShotConnection);
+            });
     }
 
     void events()
@@ -168,17 +148,17 @@ private Q_SLOTS:
         QFETCH(step, setup);
         QFETCH(bool, design);
         QFETCH(step, action);
-        QFETCH(QString, expected);
-        QFETCH(QString, after);
+        QFETCH(QString, expected); // events|value
         fractioni control;
-        setup(control);
+        if (setup)
+            setup(control);
         std::optional<testsupport::designtime> designscope;
         if (design)
             designscope.emplace();
         QSignalSpy spy(&control, &fractioni::fractionvaluechanged);
         action(control);
-        QCOMPARE(testsupport::events(spy), evs(expected));
-        QCOMPARE(testsupport::value(control), evs(after).value(0));
+        QCOMPARE(testsupport::events(spy), evs(expected.section(u'|', 0, 0)));
+        QCOMPARE(testsupport::value(control), testsupport::rec(expected.section(u'|', 1)));
         QVERIFY(m_messages.take().isEmpty());
     }
 
@@ -266,9 +246,7 @@ private Q_SLOTS:
         fractioni control;
         const QStringList defaults = control.Wholeallowedchars().toStringList();
         QCOMPARE(defaults.size(), 97);
-        QCOMPARE(defaults.first(), QStringLiteral(" "));
-        QCOMPARE(defaults.at(95), QString(QChar(127)));
-        QCOMPARE(defaults.last(), QString(QChar(8)));
+        QCOMPARE(QStringList({defaults.first(), defaults.at(95), defaults.last()}), (QStringList{" ", "\x7f", "\b"}));
 
         QSignalSpy changed(&control, &fractioni::propertychanged);
         control.setWholeallowedchars(candidate);
@@ -279,43 +257,34 @@ private Q_SLOTS:
         QCOMPARE(control.Denomallowedchars().toStringList(), defaults);
     }
 
+    // A text assigned at design time to a part (0 whole, 1 numerator, 2 denominator) of a control of
+    // the given type, under the "." or "," locale, and whether the part takes it.
     void validation_data()
     {
-        QTest::addColumn<int>("type");
-        QTest::addColumn<bool>("comma");
-        QTest::addColumn<int>("part");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("accepted");
-
-        QTest::newRow("whole part minus alone") << 0 << false << 0 << "-" << true;
-        QTest::newRow("whole part 7%") << 0 << false << 0 << "7%" << true;
-        QTest::newRow("whole part lone percent") << 0 << false << 0 << "%" << false;
-        QTest::newRow("whole part trailing minus") << 0 << false << 0 << "5-" << false;
-        QTest::newRow("whole 2.5 with point") << 0 << false << 0 << "2.5" << true;
-        QTest::newRow("whole 2,5 with comma") << 0 << true << 0 << "2,5" << true;
-        QTest::newRow("numerator 0,75 with comma") << 0 << true << 1 << "0,75" << true;
-        QTest::newRow("denominator x") << 0 << false << 2 << "x" << false;
-        QTest::newRow("algebraic numerator x") << 1 << false << 1 << "x" << true;
-        QTest::newRow("algebraic numerator with a character outside the set") << 1 << false << 1 << "x\u00e9" << false;
-        QTest::newRow("type 7 refuses digits") << 7 << false << 2 << "3" << false;
+        QTest::addColumn<entry>("row");
+        QTest::newRow("whole part minus alone") << entry{0, ".", 0, "-", true};
+        QTest::newRow("whole part 7%") << entry{0, ".", 0, "7%", true};
+        QTest::newRow("whole part lone percent") << entry{0, ".", 0, "%", false};
+        QTest::newRow("whole part trailing minus") << entry{0, ".", 0, "5-", false};
+        QTest::newRow("whole 2.5 with point") << entry{0, ".", 0, "2.5", true};
+        QTest::newRow("whole 2,5 with comma") << entry{0, ",", 0, "2,5", true};
+        QTest::newRow("numerator 0,75 with comma") << entry{0, ",", 1, "0,75", true};
+        QTest::newRow("denominator x") << entry{0, ".", 2, "x", false};
+        QTest::newRow("algebraic numerator x") << entry{1, ".", 1, "x", true};
+        QTest::newRow("algebraic numerator with a character outside the set") << entry{1, ".", 1, "x\u00e9", false};
+        QTest::newRow("type 7 refuses digits") << entry{7, ".", 2, "3", false};
     }
 
     void validation()
     {
-        QFETCH(int, type);
-        QFETCH(bool, comma);
-        QFETCH(int, part);
-        QFETCH(QString, text);
-        QFETCH(bool, accepted);
-
-        if (comma)
-            testsupport::pinlocale(",");
+        QFETCH(entry, row);
+        testsupport::pinlocale(row.decimal);
         fractioni control;
-        control.setFracType(fractioni::fractiontype(type));
+        control.setFracType(fractioni::fractiontype(row.type));
         const QStringList before = testsupport::value(control);
         testsupport::designtime design;
-        control.setProperty(std::array{"Wholepartvalue", "Numeratorvalue", "Denominatorvalue"}[part], text);
-        QCOMPARE(testsupport::value(control) != before, accepted);
+        control.setProperty(std::array{"Wholepartvalue", "Numeratorvalue", "Denominatorvalue"}[row.part], row.text);
+        QCOMPARE(testsupport::value(control) != before, row.accepted);
     }
 
     void editingkeysinwholepart_data()
@@ -332,8 +301,7 @@ private Q_SLOTS:
             << QList{ctrl(Qt::Key_A), plain(Qt::Key_9)} << QStringList{"\x01", "9"} << "9";
         QTest::newRow("cut and paste back") << QList{ctrl(Qt::Key_A), ctrl(Qt::Key_X), ctrl(Qt::Key_V)}
                                             << QStringList{"\x01", "\x18", "\x16"} << "123";
-        QTest::newRow("undo a Delete") << QList{plain(Qt::Key_Delete), ctrl(Qt::Key_Z)} << QStringList{"\x7f", "\x1a"}
-                                       << "123";
+        QTest::newRow("undo a Delete") << QList{plain(Qt::Key_Delete), ctrl(Qt::Key_Z)} << QStringList{"\x7f", "\x1a"} << "123";
         QTest::newRow("a letter stays refused") << QList{plain(Qt::Key_X)} << QStringList{"x"} << "123";
         QTest::newRow("Enter stays refused") << QList{plain(Qt::Key_Return)} << QStringList{"\r"} << "123";
         QTest::newRow("Backspace is typed, and in the set")
@@ -356,7 +324,6 @@ private Q_SLOTS:
             QKeyEvent event(QEvent::KeyPress, keys[i].key(), keys[i].keyboardModifiers(), texts[i]);
             QApplication::sendEvent(wholepart, &event);
         }
-        QCOMPARE(wholepart->text(), expected);
         QCOMPARE(control.Wholepartvalue(), expected);
         QCOMPARE(returns.count(), 0);
     }
