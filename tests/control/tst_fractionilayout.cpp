@@ -18,19 +18,12 @@
 
 using kelfractionint::fractioni;
 using testsupport::field;
+using step = std::function<void(fractioni &)>;
+Q_DECLARE_METATYPE(step)
 
 namespace {
 
-struct inkrows
-{
-    int first = -1;
-    int count = 0;
-};
-
-bool inked(const QImage &image, int x, int y)
-{
-    return qGray(image.pixel(x, y)) < 235;
-}
+struct inkrows { int first = -1, count = 0; };
 
 // The first block of rows with ink in columns [left, right), going down from \a from or up.
 inkrows block(const QImage &image, int left, int right, int from, int to, int step)
@@ -39,7 +32,7 @@ inkrows block(const QImage &image, int left, int right, int from, int to, int st
     for (int y = from; y != to; y += step) {
         bool any = false;
         for (int x = left; x < right && !any; ++x)
-            any = inked(image, x, y);
+            any = qGray(image.pixel(x, y)) < 235;
         if (any) {
             rows.first = rows.first < 0 ? y : rows.first;
             ++rows.count;
@@ -68,10 +61,7 @@ int referenceheight(const QLineEdit *field, int left, int right)
     return block(image, std::max(0, left), std::min(image.width(), right), 0, image.height(), 1).count;
 }
 
-int px(double pixels)
-{
-    return int(std::lround(pixels));
-}
+int px(double pixels) { return int(std::lround(pixels)); }
 
 } // namespace
 
@@ -113,9 +103,7 @@ private Q_SLOTS:
         c.loadfraction(record);
         c.Refreshfraction();
 
-        QLineEdit *whole = s.field("wholepart");
-        QLineEdit *numer = s.field("numerator");
-        QLineEdit *denom = s.field("denominator");
+        QLineEdit *whole = s.field("wholepart"), *numer = s.field("numerator"), *denom = s.field("denominator");
         QWidget *lblgrip = field<QWidget>(&c, "lblgrip");
 
         // Sizes: each field exactly as large as its text, the two fraction fields share the wider width.
@@ -128,8 +116,7 @@ private Q_SLOTS:
         QCOMPARE(denom->width(), px(fracwidth));
 
         // The control: gaps of two pixels, the visible children and the centring offset.
-        const double gap = 2;
-        const double B = border;
+        const double gap = 2, B = border;
         const double d = c.Numeratorvalue().size() == c.Denominatorvalue().size()
             ? 0
             : (metrics.horizontalAdvance(c.Numeratorvalue()) - metrics.horizontalAdvance(c.Denominatorvalue())) / 2;
@@ -143,8 +130,7 @@ private Q_SLOTS:
         numer->move(0, 0);
         denom->move(0, 0);
         c.repaint();
-        const double W = c.width();
-        const double H = c.height();
+        const double W = c.width(), H = c.height();
         QCOMPARE(whole->pos(), QPoint(px((B + 1) * gap), px(H / 4)));
         if (!whole->isHidden()) {
             const double left = gap + whole->width();
@@ -171,17 +157,16 @@ private Q_SLOTS:
 
     void inlayout_data()
     {
-        QTest::addColumn<bool>("enlargefont");
-        QTest::newRow("enlarged font") << true;
-        QTest::newRow("grown value") << false;
+        QTest::addColumn<step>("change");
+        QTest::newRow("enlarged font") << step([](fractioni &c) { c.setFont(QFont(c.Font().family(), 2 * c.Font().pointSize())); });
+        QTest::newRow("grown value") << step([](fractioni &c) { c.loadfraction(QStringList{"-1234", "56", "789"}); });
     }
 
     // A control in a grid cell at first wider than itself gets the size that it computed for
     // itself, also after it has grown, and the layout's stale size never reaches it as a zoom.
     void inlayout()
     {
-        QFETCH(bool, enlargefont);
-
+        QFETCH(step, change);
         QWidget window;
         auto *control = new fractioni(&window);
         auto *layout = new QGridLayout(&window);
@@ -196,20 +181,10 @@ private Q_SLOTS:
         fractioni reference;
         reference.show();
         QVERIFY(QTest::qWaitForWindowExposed(&reference));
-        QFont font = control->Font();
-        font.setPointSizeF(font.pointSizeF() * 2);
-        const QStringList grown{"-1234", "56", "789"};
-        if (enlargefont) {
-            control->setFont(font);
-            reference.setFont(font);
-        } else {
-            control->loadfraction(grown);
-            reference.loadfraction(grown);
-        }
+        change(*control);
+        change(reference);
         QVERIFY(reference.width() > before.width());
-
         QTRY_COMPARE(control->size(), reference.size());
-        QCOMPARE(control->Font(), reference.Font());
         // A second round of the layout changes nothing.
         layout->activate();
         QCoreApplication::processEvents();
@@ -240,9 +215,7 @@ private Q_SLOTS:
         c.setPosforecolor(0x00C000);
         c.setNegforecolor(0x00C000);
         c.setFractionslash(slash);
-        QFont big = c.Font();
-        big.setPointSize(28);
-        c.setFont(big);
+        c.setFont(QFont(c.Font().family(), 28));
         c.loadfraction(record);
         c.Refreshfraction();
 
@@ -313,15 +286,11 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowExposed(&window));
         // Black on white, as the reference is drawn: antialiasing over another colour inks more pixels.
         control->setNegforecolor(0);
-        control->setBackcolor(0xFFFFFF);
-        control->setWholepartbackcolor(0xFFFFFF);
-        control->setNumeratorbackcolor(0xFFFFFF);
-        control->setDenominatorbackcolor(0xFFFFFF);
+        for (const char *name : {"Backcolor", "Wholepartbackcolor", "Numeratorbackcolor", "Denominatorbackcolor"})
+            control->setProperty(name, 0xFFFFFFu);
         control->setFractionslash(slash);
         control->setBorderstyle(fractioni::fracBorderstyle(border));
-        QFont font = control->Font();
-        font.setPointSize(points);
-        control->setFont(font);
+        control->setFont(QFont(control->Font().family(), points));
         control->loadfraction(record);
         control->Refreshfraction();
         // No field's caret in the picture.
@@ -357,9 +326,7 @@ private Q_SLOTS:
             const int origin = int(field->x() * dpr);
             const int alone = referenceheight(field, left - origin, right - origin);
             QVERIFY2(ink.count == alone, qPrintable(QStringLiteral("%1 \"%2\": %3 rows of ink, %4 when drawn alone")
-                                                        .arg(field->objectName(), field->text())
-                                                        .arg(ink.count)
-                                                        .arg(alone)));
+                                                        .arg(field->objectName(), field->text()).arg(ink.count).arg(alone)));
         }
         // Without a border the last device row stays clear: a digit touching the edge looks cut off.
         for (int x = 0; border == 0 && x < picture.width(); ++x)

@@ -196,14 +196,13 @@ private Q_SLOTS:
                                 : now->objectName());
             QTest::keyClick(static_cast<QWidget *>(nullptr), Qt::Key_Tab);
         } while (QApplication::focusWidget() != start && visited.size() < 40);
-        QCOMPARE(visited.join(QLatin1Char(' ')),
-                 QStringLiteral("first.wholepart first.numerator first.denominator second.wholepart second.numerator "
-                                "second.denominator result.wholepart result.numerator result.denominator autoreplacebox "
-                                "reducebutton fractomixedbutton mixedtofracbutton invertbutton expandbutton factorbox "
-                                "changesignbutton clearbutton fractodecimalbutton fractopercentbutton decimalsbox "
-                                "decimaltofracbutton percenttofracbutton approximatebutton limitbox addbutton "
-                                "subtractbutton multiplybutton dividebutton addintobutton subtractintobutton "
-                                "multiplyintobutton divideintobutton eventlog clearlogbutton"));
+        QString expected;
+        for (const char *control : {"first", "second", "result"})
+            expected += QStringLiteral("%1.wholepart %1.numerator %1.denominator ").arg(QLatin1String(control));
+        QCOMPARE(visited.join(QLatin1Char(' ')).remove(QLatin1String("button")),
+                 expected + "autoreplacebox reduce fractomixed mixedtofrac invert expand factorbox changesign clear "
+                            "fractodecimal fractopercent decimalsbox decimaltofrac percenttofrac approximate limitbox add "
+                            "subtract multiply divide addinto subtractinto multiplyinto divideinto eventlog clearlog");
     }
 
     void pageseditselectedcontrol()
@@ -251,10 +250,7 @@ private Q_SLOTS:
         window->result()->setBorderstyle(fractioni::borderstylefixed);
         window->result()->setAutoreplace(true);
 
-        const QList<fractioni *> controls{window->first(), window->second(), window->result()};
-        QList<QImage> pictures;
-        for (const fractioni *control : controls)
-            pictures.append(control->Picture().toImage());
+        const QList<QImage> saved = pictures(*window);
         action("actionsave")->trigger();
 
         window->first()->clearfraction();
@@ -266,11 +262,8 @@ private Q_SLOTS:
         other.show();
         QVERIFY(other.openform(path));
         for (demowindow *reopened : {window.get(), &other}) {
-            const QList<fractioni *> now{reopened->first(), reopened->second(), reopened->result()};
-            for (int i = 0; i < 3; ++i)
-                QCOMPARE(now[i]->Picture().toImage(), pictures[i]);
-            QCOMPARE(reopened->findChild<QCheckBox *>(QStringLiteral("autoreplacebox"))->checkState(),
-                     Qt::PartiallyChecked);
+            QCOMPARE(pictures(*reopened), saved);
+            QCOMPARE(reopened->findChild<QCheckBox *>(QStringLiteral("autoreplacebox"))->checkState(), Qt::PartiallyChecked);
         }
         // The newest window's log receives the messages.
         QVERIFY(!other.openform(dir.filePath(QStringLiteral("missing.ini"))));
@@ -393,6 +386,10 @@ private:
     QAbstractButton *button(const QString &name) const { return window->findChild<QAbstractButton *>(name); }
     QAction *action(const char *name) const { return window->findChild<QAction *>(QLatin1String(name)); }
     QStringList logged(const QString &part) const { return window->loglines().filter(part); }
+    static QList<QImage> pictures(const demowindow &w)
+    {
+        return {w.first()->Picture().toImage(), w.second()->Picture().toImage(), w.result()->Picture().toImage()};
+    }
 
     std::unique_ptr<demowindow> window;
 };
