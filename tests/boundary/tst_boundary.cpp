@@ -30,15 +30,6 @@ using check = std::function<QString(fractioni &, QWidget &form)>;
 Q_DECLARE_METATYPE(step)
 Q_DECLARE_METATYPE(check)
 
-class killer : public QObject
-{
-    Q_OBJECT
-public:
-    QPointer<QObject> doomed;
-public Q_SLOTS:
-    void kill() { delete doomed.data(); }
-};
-
 namespace {
 
 const QList<int> knownerrors{5, 6, 7, 9, 11, 13, 28, 91, 380};
@@ -145,13 +136,13 @@ check recursion(bool autoreplace, std::function<void(fractioni &, QWidget &)> ha
 }
 
 // A handler of \a signal deletes the control (or its form) while the control is at work.
-check deletion(const char *signal, bool wholeform, std::function<void(fractioni &)> trigger)
+template <typename Signal>
+check deletion(Signal signal, bool wholeform, step trigger)
 {
     return [=](fractioni &c, QWidget &form) {
         QPointer<fractioni> alive(&c);
-        killer handler;
-        handler.doomed = wholeform ? static_cast<QObject *>(&form) : &c;
-        QObject::connect(&c, QByteArray("2").append(signal).constData(), &handler, SLOT(kill()));
+        QObject *doomed = wholeform ? static_cast<QObject *>(&form) : &c;
+        QObject::connect(&c, signal, &c, [doomed] { delete doomed; });
         trigger(c);
         return alive ? QStringLiteral("still alive") : QString();
     };
@@ -269,18 +260,18 @@ private Q_SLOTS:
         const auto keys = [](const char *field, QKeySequence sequence) {
             return [=](fractioni &c) { QTest::keySequence(testsupport::field(&c, field), sequence); };
         };
-        const char *changed = "fractionvaluechanged(QString,QString,QString,QString,QString,QString,QString,QString)";
+        const auto changed = &fractioni::fractionvaluechanged;
         QTest::newRow("deleted after a keystroke") << deletion(changed, false, keys("numerator", Qt::Key_5));
         QTest::newRow("deleted pasting a fraction") << deletion(changed, true, keys("numerator", QKeySequence::Paste));
         QTest::newRow("deleted emptying the numerator") << deletion(changed, true, [](fractioni &c) { c.setNumeratorvalue(""); });
-        QTest::newRow("deleted clicking the whole part") << deletion("wholepartclick()", false, [](fractioni &c) {
+        QTest::newRow("deleted clicking the whole part") << deletion(&fractioni::wholepartclick, false, [](fractioni &c) {
             QTest::mouseClick(testsupport::field(&c, "wholepart"), Qt::LeftButton);
         });
-        QTest::newRow("deleted pressing the surface") << deletion("MouseDown(qint16,qint16,float,float)", true, [](fractioni &c) {
+        QTest::newRow("deleted pressing the surface") << deletion(&fractioni::MouseDown, true, [](fractioni &c) {
             QTest::mousePress(&c, Qt::LeftButton, {}, QPoint(1, 1));
         });
         QTest::newRow("deleted reporting an error")
-            << deletion("errorreported(int,QString)", true, [](fractioni &c) { c.setWholepartvalue("abc"); });
+            << deletion(&fractioni::errorreported, true, [](fractioni &c) { c.setWholepartvalue("abc"); });
         // The delegate writes a cell back only when the user changed a value its editor holds.
         const auto cell = [](QStringList value, const char *keys, QStringList written) {
             return check([=](fractioni &, QWidget &) { return differs(delegateedit(value, keys), written); });
