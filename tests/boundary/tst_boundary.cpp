@@ -98,9 +98,7 @@ QStringList delegateedit(const QStringList &cell, const QString &keys)
     QTableView table;
     table.setItemDelegate(new kelfractionint::fractiondelegate(&table));
     table.setModel(&model);
-    table.show();
-    table.activateWindow();
-    if (!QTest::qWaitForWindowActive(&table))
+    if (!testsupport::shown(&table, true))
         return {"no window"};
     table.setCurrentIndex(model.index(0, 0));
     QTest::keyClick(static_cast<QWidget *>(nullptr), Qt::Key_F2);
@@ -300,8 +298,7 @@ private Q_SLOTS:
         auto *form = new QWidget;
         QPointer<QWidget> formalive(form);
         auto *control = new fractioni(form);
-        form->show();
-        QVERIFY(QTest::qWaitForWindowExposed(form));
+        QVERIFY(testsupport::shown(form));
         const QString failure = run(*control, *form);
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         delete formalive;
@@ -324,8 +321,7 @@ private Q_SLOTS:
         connect(button, &QPushButton::clicked, ui.lockedfirst, &fractioni::clearfraction);
         connect(button, &QPushButton::clicked, ui.lockedfirst, &fractioni::Refreshfraction);
         form.setStyleSheet("*[Container=\"x\"] { color: red } *[Numerdenomgcd=\"1\"] { color: blue }");
-        form.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&form));
+        QVERIFY(testsupport::shown(&form));
         button->click();
         QVERIFY(wellreported(*ui.lockedfirst));
 
@@ -387,8 +383,7 @@ private Q_SLOTS:
         auto *control = new fractioni(&form);
         control->setFracType(fractioni::fracAlgebraic);
         control->setFont(QFont(control->Font().family(), points));
-        form.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&form));
+        QVERIFY(testsupport::shown(&form));
         QStandardItemModel model(1, 1);
         model.setData(model.index(0, 0), QStringList{"", text, text}, Qt::EditRole);
         QTableView table;

@@ -66,6 +66,15 @@ inline QStringList value(const kelfractionint::fractioni &control)
     return {control.Wholepartvalue(), control.Numeratorvalue(), control.Denominatorvalue()};
 }
 
+// Shows \a widget and waits until it is on the screen or, if \a active, has the window system's focus.
+inline bool shown(QWidget *widget, bool active = false)
+{
+    widget->show();
+    if (active)
+        widget->activateWindow();
+    return active ? QTest::qWaitForWindowActive(widget) : QTest::qWaitForWindowExposed(widget);
+}
+
 // A control in a shown, active window, as a user meets it.
 struct form
 {
@@ -75,9 +84,7 @@ struct form
     bool show()
     {
         window.resize(240, 120);
-        window.show();
-        window.activateWindow();
-        return QTest::qWaitForWindowActive(&window);
+        return shown(&window, true);
     }
     QLineEdit *field(const QString &name) const { return testsupport::field(control, name); }
 };

@@ -524,8 +524,7 @@ private Q_SLOTS:
         for (bool slash : {true, false}) {
             fractioni control;
             control.setFractionslash(slash);
-            control.show();
-            QVERIFY(QTest::qWaitForWindowExposed(&control));
+            QVERIFY(testsupport::shown(&control));
             control.loadfraction(QStringList{"", "", ""});
             const QImage picture = control.Picture().toImage();
             QImage blank(picture.size(), picture.format());

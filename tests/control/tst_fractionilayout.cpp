@@ -173,14 +173,12 @@ private Q_SLOTS:
         layout->addWidget(new QLabel(QStringLiteral("x ="), &window), 0, 0);
         layout->addWidget(control, 0, 1);
         layout->addWidget(new QLabel(QStringLiteral("below"), &window), 1, 1);
-        window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(testsupport::shown(&window));
         const QSize before = control->size();
 
         // The same change on a shown control of its own, outside any layout, gives the size to expect.
         fractioni reference;
-        reference.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&reference));
+        QVERIFY(testsupport::shown(&reference));
         change(*control);
         change(reference);
         QVERIFY(reference.width() > before.width());
@@ -282,8 +280,7 @@ private Q_SLOTS:
         QFETCH(QStringList, record);
         QWidget window;
         auto *control = new fractioni(&window);
-        window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(testsupport::shown(&window));
         // Black on white, as the reference is drawn: antialiasing over another colour inks more pixels.
         control->setNegforecolor(0);
         for (const char *name : {"Backcolor", "Wholepartbackcolor", "Numeratorbackcolor", "Denominatorbackcolor"})

@@ -209,9 +209,7 @@ private Q_SLOTS:
         }
         QVERIFY(boxes[Qt::RightToLeft].left() > boxes[Qt::LeftToRight].right());
         QCOMPARE(cells[Qt::RightToLeft].copy(boxes[Qt::RightToLeft]), cells[Qt::LeftToRight].copy(boxes[Qt::LeftToRight]));
-        view.show();
-        view.activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(&view));
+        QVERIFY(testsupport::shown(&view, true));
         view.edit(model.index(0, 0));
         auto *editor = view.findChild<fractioni *>();
         QCOMPARE(editor->parentWidget()->geometry(), view.visualRect(model.index(0, 0)));

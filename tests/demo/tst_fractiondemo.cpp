@@ -100,9 +100,7 @@ private Q_SLOTS:
     {
         window = std::make_unique<demowindow>();
         window->logmessages();
-        window->show();
-        window->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(window.get()));
+        QVERIFY(testsupport::shown(window.get(), true));
     }
 
     void cleanup() { window.reset(); }
@@ -341,9 +339,7 @@ private Q_SLOTS:
         QFETCH(QString, value);
         kelfractionint::measurementspage page(20);
         page.resize(500, 400);
-        page.show();
-        page.activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(&page));
+        QVERIFY(testsupport::shown(&page, true));
         QTableView *table = page.table();
         const QModelIndex cell = page.model()->index(0, 0);
         const QString before = cell.data(Qt::DisplayRole).toString();
@@ -376,8 +372,7 @@ private Q_SLOTS:
         table.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
         table.setModel(&counter);
         table.resize(800, 600);
-        table.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&table));
+        QVERIFY(testsupport::shown(&table));
         // Only the rows on the screen are read.
         QVERIFY2(counter.rows.size() < 200, qPrintable(QString::number(counter.rows.size())));
     }

@@ -50,8 +50,7 @@ class tst_fractionimouse : public QObject
     {
         auto *control = new fractioni(m_form.get());
         control->move(20, 20);
-        m_form->show();
-        return QTest::qWaitForWindowExposed(m_form.get()) ? control : nullptr;
+        return testsupport::shown(m_form.get()) ? control : nullptr;
     }
 
 private Q_SLOTS:
@@ -209,8 +208,7 @@ private Q_SLOTS:
         control->setUserresizeable(border == 1);
         control->Refreshfraction();
         if (border == 0) {
-            m_form->show();
-            QVERIFY(QTest::qWaitForWindowExposed(m_form.get()));
+            QVERIFY(testsupport::shown(m_form.get()));
         }
 
         const QImage image = control->Picture().toImage();
@@ -236,8 +234,7 @@ private Q_SLOTS:
     {
         auto *control = new fractioni(m_form.get());
         auto *panel = new QWidget(m_form.get());
-        m_form->show();
-        QVERIFY(QTest::qWaitForWindowExposed(m_form.get()));
+        QVERIFY(testsupport::shown(m_form.get()));
         QSignalSpy changed(control, &fractioni::propertychanged);
 
         control->setContainer(panel);

@@ -21,7 +21,6 @@ def empty(control):
     (lambda f: f.dividefractions(f, empty(fractioni(f))), 11, "Division by zero"),
     (lambda f: f.loadfraction(["1", "2"]), 9, "Subscript out of range"),
     (lambda f: f.Container(), 91, "Object variable or With block variable not set"),
-    (lambda f: f.setWholepartLocked(True) or f.setForcesign(True), 380, "Invalid property value"),
     (lambda f: kelfractionint.propertypage.writeproperty(f, "Nosuchproperty", 1), 438,
      "Object doesn't support this property or method"),
 ])
