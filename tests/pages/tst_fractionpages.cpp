@@ -139,9 +139,8 @@ private Q_SLOTS:
         // A freshly loaded page counts as changed.
         QCOMPARE(changed.count(), 1);
         QVERIFY(page.Changed());
-        field(&page, "txtwholepartvalue")->setText(typed.at(0));
-        field(&page, "txtnumeratorvalue")->setText(typed.at(1));
-        field(&page, "txtdenominatorvalue")->setText(typed.at(2));
+        for (int part = 0; part < 3; ++part)
+            field(&page, std::array{"txtwholepartvalue", "txtnumeratorvalue", "txtdenominatorvalue"}[part])->setText(typed.at(part));
 
         QCOMPARE(errornumber([&] { page.ApplyChanges(); }), error);
         QCOMPARE(value(control), expected);
@@ -171,19 +170,16 @@ private Q_SLOTS:
         control.setNumeratorLocked(true);
         fractionappearance page;
         page.setSelectedControls({&first, &control});
-        QCOMPARE(field<QCheckBox>(&page, "chkborderstyle")->checkState(), ticked ? Qt::Checked : Qt::Unchecked);
-        QCOMPARE(field<QCheckBox>(&page, "chkfractionslash")->checkState(), Qt::Unchecked);
-        QCOMPARE(field<QCheckBox>(&page, "Chknumeratorlocked")->checkState(), Qt::Checked);
-        QCOMPARE(field<QCheckBox>(&page, "chkautoreplace")->checkState(), Qt::Unchecked);
+        const QList<int> expected{ticked, false, true, false};
+        QList<int> boxes;
+        for (const char *box : {"chkborderstyle", "chkfractionslash", "Chknumeratorlocked", "chkautoreplace"})
+            boxes << (field<QCheckBox>(&page, box)->checkState() == Qt::Checked);
+        QCOMPARE(boxes, expected);
         QVERIFY(page.Changed());
 
         page.ApplyChanges();
-        for (const fractioni *c : {&first, &control}) {
-            QCOMPARE(int(c->Borderstyle()), ticked ? 1 : 0);
-            QCOMPARE(c->Fractionslash(), false);
-            QCOMPARE(c->NumeratorLocked(), true);
-            QCOMPARE(c->Autoreplace(), false);
-        }
+        for (const fractioni *c : {&first, &control})
+            QCOMPARE((QList<int>{c->Borderstyle(), c->Fractionslash(), c->NumeratorLocked(), c->Autoreplace()}), expected);
     }
 
     void appearanceconflict_data()
