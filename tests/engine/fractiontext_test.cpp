@@ -21,43 +21,37 @@ routine parse(std::string text)
 
 const auto approximate = [](std::int32_t limit) { return onrow(strapproximate, limit); };
 
-INSTANTIATE_TEST_SUITE_P(
-    parse, routinetest,
-    ::testing::Values(
-        call{"negative whole", parse(" -3 "), {}, rec("-3", "", "")},
-        call{"zero is empty", parse("0"), {}, rec("", "", "")},
-        call{"fraction kept unreduced", parse("6/8"), {}, rec("", "6", "8")},
-        call{"improper stays", parse("+7/4"), {}, rec("", "7", "4")},
-        call{"negative fraction", parse("-2/3"), {}, rec("-", "2", "3")},
-        call{"mixed", parse("-1 2/3"), {}, rec("-1", "2", "3")},
-        call{"blanks around the slash", parse("1  2 / 3"), {}, rec("1", "2", "3")},
-        call{"unicode minus and fraction slash", parse("\u22121 2\u20443"), {}, rec("-1", "2", "3")},
-        call{"vulgar after whole", parse("1\u2154"), {}, rec("1", "2", "3")},
-        call{"vulgar after no break space", parse("-1\u00A0\u00BE"), {}, rec("-1", "3", "4")},
-        call{"zero denominator is data", parse("1/0"), {}, rec("", "1", "0")},
-        call{"largest parts", parse("2147483647 1/2147483647"), {}, rec("2147483647", "1", "2147483647")},
-        call{"decimal", parse("1.5"), {}, unallocated, {mismatch}},
-        call{"doubled sign", parse("+-3"), {}, unallocated, {mismatch}},
-        call{"two numbers", parse("1 2"), {}, unallocated, {mismatch}},
-        call{"missing denominator", parse("2/"), {}, unallocated, {mismatch}},
-        call{"empty", parse("  "), {}, unallocated, {mismatch}},
-        call{"part beyond 32 bits", parse("1/2147483648"), {}, unallocated, {overflow}}),
-    casename);
+INSTANTIATE_TEST_SUITE_P(parse, routinetest, ::testing::Values(
+    call{"negative whole", parse(" -3 "), {}, rec("-3", "", "")},
+    call{"zero is empty", parse("0"), {}, rec("", "", "")},
+    call{"fraction kept unreduced", parse("6/8"), {}, rec("", "6", "8")},
+    call{"improper stays", parse("+7/4"), {}, rec("", "7", "4")},
+    call{"negative fraction", parse("-2/3"), {}, rec("-", "2", "3")},
+    call{"mixed", parse("-1 2/3"), {}, rec("-1", "2", "3")},
+    call{"blanks around the slash", parse("1  2 / 3"), {}, rec("1", "2", "3")},
+    call{"unicode minus and fraction slash", parse("\u22121 2\u20443"), {}, rec("-1", "2", "3")},
+    call{"vulgar after whole", parse("1\u2154"), {}, rec("1", "2", "3")},
+    call{"vulgar after no break space", parse("-1\u00A0\u00BE"), {}, rec("-1", "3", "4")},
+    call{"zero denominator is data", parse("1/0"), {}, rec("", "1", "0")},
+    call{"largest parts", parse("2147483647 1/2147483647"), {}, rec("2147483647", "1", "2147483647")},
+    call{"decimal", parse("1.5"), {}, unallocated, {mismatch}},
+    call{"doubled sign", parse("+-3"), {}, unallocated, {mismatch}},
+    call{"two numbers", parse("1 2"), {}, unallocated, {mismatch}},
+    call{"missing denominator", parse("2/"), {}, unallocated, {mismatch}},
+    call{"empty", parse("  "), {}, unallocated, {mismatch}},
+    call{"part beyond 32 bits", parse("1/2147483648"), {}, unallocated, {overflow}}), casename);
 
 // Ordinary decimals are checked against the reference file below; these are the edges.
-INSTANTIATE_TEST_SUITE_P(
-    approximate, routinetest,
-    ::testing::Values(
-        call{"comma separator", approximate(2147483647), {{"3,141592653589793", "", ""}}, rec("3", "146682708", "1035948577"),
-             {}, {}, ","},
-        call{"rounds up to whole", approximate(10), {{"-2.999", "", ""}}, rec("-3", "", "1")},
-        call{"tie to smaller denominator", approximate(3), {{"0.25", "", ""}}, rec("", "1", "3")},
-        call{"record", approximate(7), {{"-1", "22", "7"}}, rec("-4", "1", "7")},
-        call{"no number", approximate(10), {{"1/2", "", ""}}, unallocated, {mismatch}},
-        call{"whole part beyond 32 bits", approximate(10), {{"2147483647", "5", "2"}}, unallocated, {overflow}},
-        call{"zero denominator", approximate(10), {{"", "1", "0"}}, unallocated, {divbyzero}},
-        call{"limit below one", approximate(0), {{"0.5", "", ""}}, unallocated, {badcall}}),
-    casename);
+INSTANTIATE_TEST_SUITE_P(approximate, routinetest, ::testing::Values(
+    call{"comma separator", approximate(2147483647), {{"3,141592653589793", "", ""}}, rec("3", "146682708", "1035948577"),
+         {}, {}, ","},
+    call{"rounds up to whole", approximate(10), {{"-2.999", "", ""}}, rec("-3", "", "1")},
+    call{"tie to smaller denominator", approximate(3), {{"0.25", "", ""}}, rec("", "1", "3")},
+    call{"record", approximate(7), {{"-1", "22", "7"}}, rec("-4", "1", "7")},
+    call{"no number", approximate(10), {{"1/2", "", ""}}, unallocated, {mismatch}},
+    call{"whole part beyond 32 bits", approximate(10), {{"2147483647", "5", "2"}}, unallocated, {overflow}},
+    call{"zero denominator", approximate(10), {{"", "1", "0"}}, unallocated, {divbyzero}},
+    call{"limit below one", approximate(0), {{"0.5", "", ""}}, unallocated, {badcall}}), casename);
 
 // Python's fractions.Fraction.limit_denominator on random decimals (approximate_reference.py).
 TEST(approximate, agreeswithreference)

@@ -24,72 +24,66 @@ const routine reduce = onrow(strreduce), tomixed = onrow(strfractomixed), tofrac
 const auto expand = [](std::int32_t factor) { return onrow(strexpand, factor); };
 const auto todecimal = [](std::int32_t decimals) { return onrow(strfractodecimal, decimals); };
 
-INSTANTIATE_TEST_SUITE_P(
-    normalforms, routinetest,
-    ::testing::Values(
-        call{"reduce keeps the whole part", reduce, {{"-1", "6", "8"}}, rec("-1", "3", "4")},
-        call{"reduce writes plus as nothing", reduce, {{"+2", "2", "4"}}, rec("2", "1", "2")},
-        call{"0/5 reduces to empty over 1", reduce, {{"", "0", "5"}}, rec("", "", "1")},
-        call{"improper stays improper", reduce, {{"2", "10", "4"}}, rec("2", "5", "2")},
-        call{"reduce reads grouping in comma locale", reduce, {{"", "1.000", "2.000"}}, rec("", "1", "2"), {}, {}, ","},
-        call{"0/0 reports every failing step", reduce, {{"", "0", "0"}}, unallocated,
-             {subscript, subscript, subscript, subscript, divbyzero}},
-        call{"bad numerator reads as zero", reduce, {{"", "abc", "4"}}, rec("", "", "1"), {mismatch}},
+INSTANTIATE_TEST_SUITE_P(normalforms, routinetest, ::testing::Values(
+    call{"reduce keeps the whole part", reduce, {{"-1", "6", "8"}}, rec("-1", "3", "4")},
+    call{"reduce writes plus as nothing", reduce, {{"+2", "2", "4"}}, rec("2", "1", "2")},
+    call{"0/5 reduces to empty over 1", reduce, {{"", "0", "5"}}, rec("", "", "1")},
+    call{"improper stays improper", reduce, {{"2", "10", "4"}}, rec("2", "5", "2")},
+    call{"reduce reads grouping in comma locale", reduce, {{"", "1.000", "2.000"}}, rec("", "1", "2"), {}, {}, ","},
+    call{"0/0 reports every failing step", reduce, {{"", "0", "0"}}, unallocated,
+         {subscript, subscript, subscript, subscript, divbyzero}},
+    call{"bad numerator reads as zero", reduce, {{"", "abc", "4"}}, rec("", "", "1"), {mismatch}},
 
-        call{"-7/3 to mixed", tomixed, {{"-", "7", "3"}}, rec("-2", "1", "3")},
-        call{"whole remainder keeps the denominator", tomixed, {{"1", "8", "4"}}, rec("3", "", "4")},
-        call{"to mixed by zero", tomixed, {{"1", "1", "0"}}, unallocated, {divbyzero}},
-        call{"to mixed past the largest whole", tomixed, {{"2147483647", "2", "1"}}, unallocated, {overflow}},
+    call{"-7/3 to mixed", tomixed, {{"-", "7", "3"}}, rec("-2", "1", "3")},
+    call{"whole remainder keeps the denominator", tomixed, {{"1", "8", "4"}}, rec("3", "", "4")},
+    call{"to mixed by zero", tomixed, {{"1", "1", "0"}}, unallocated, {divbyzero}},
+    call{"to mixed past the largest whole", tomixed, {{"2147483647", "2", "1"}}, unallocated, {overflow}},
 
-        call{"expand keeps whole and sign", expand(2), {{"-1", "1", "2"}}, rec("-1", "2", "4")},
-        call{"expand by 0 leaves it", expand(0), {{"", "1", "2"}}, rec("", "1", "2")},
-        call{"expand past 32 bits", expand(65536), {{"", "65536", "1"}}, unallocated, {overflow}},
-        // Every part is read, with its message, before the arithmetic that can overflow.
-        call{"expand reads the denominator first", expand(74092), {{"", "1073741823", "abc"}}, unallocated,
-             {mismatch, overflow}},
+    call{"expand keeps whole and sign", expand(2), {{"-1", "1", "2"}}, rec("-1", "2", "4")},
+    call{"expand by 0 leaves it", expand(0), {{"", "1", "2"}}, rec("", "1", "2")},
+    call{"expand past 32 bits", expand(65536), {{"", "65536", "1"}}, unallocated, {overflow}},
+    // Every part is read, with its message, before the arithmetic that can overflow.
+    call{"expand reads the denominator first", expand(74092), {{"", "1073741823", "abc"}}, unallocated,
+         {mismatch, overflow}},
 
-        call{"-3 1/4 to improper", tofrac, {{"-3", "1", "4"}}, rec("-", "13", "4")},
-        call{"whole number over 1", tofrac, {{"5", "", ""}}, rec("", "5", "1")},
-        call{"empty numerator over 4", tofrac, {{"2", "", "4"}}, rec("", "8", "4")},
-        call{"numerator without denominator is dropped", tofrac, {{"", "3", ""}}, rec("", "", "1")},
-        call{"lone minus stays", tofrac, {{"-", "3", "4"}}, rec("-", "3", "4")},
-        call{"decimal text is no mixed number", tofrac, {{"2,5", "", ""}}, rec("2,5", "", "")},
-        call{"percent text is no mixed number", tofrac, {{"12%", "1", "2"}}, rec("12%", "1", "2")},
-        call{"to improper past 32 bits", tofrac, {{"2147483647", "1", "2"}}, unallocated, {overflow}},
+    call{"-3 1/4 to improper", tofrac, {{"-3", "1", "4"}}, rec("-", "13", "4")},
+    call{"whole number over 1", tofrac, {{"5", "", ""}}, rec("", "5", "1")},
+    call{"empty numerator over 4", tofrac, {{"2", "", "4"}}, rec("", "8", "4")},
+    call{"numerator without denominator is dropped", tofrac, {{"", "3", ""}}, rec("", "", "1")},
+    call{"lone minus stays", tofrac, {{"-", "3", "4"}}, rec("-", "3", "4")},
+    call{"decimal text is no mixed number", tofrac, {{"2,5", "", ""}}, rec("2,5", "", "")},
+    call{"percent text is no mixed number", tofrac, {{"12%", "1", "2"}}, rec("12%", "1", "2")},
+    call{"to improper past 32 bits", tofrac, {{"2147483647", "1", "2"}}, unallocated, {overflow}},
 
-        call{"1 1/2 inverts to 2/3", invert, {{"1", "1", "2"}}, rec("", "2", "3")},
-        call{"-3/4 inverts to -4/3", invert, {{"-", "3", "4"}}, rec("-", "4", "3")},
-        call{"whole number is not inverted", invert, {{"3", "", ""}}, rec("3", "", "")},
-        call{"zero has no inverse", invert, {{"", "0", "5"}}, unallocated, {mismatch}},
-        call{"failed improper form", invert, {{"2147483647", "1", "2"}}, unallocated, {overflow, subscript}}),
-    casename);
+    call{"1 1/2 inverts to 2/3", invert, {{"1", "1", "2"}}, rec("", "2", "3")},
+    call{"-3/4 inverts to -4/3", invert, {{"-", "3", "4"}}, rec("-", "4", "3")},
+    call{"whole number is not inverted", invert, {{"3", "", ""}}, rec("3", "", "")},
+    call{"zero has no inverse", invert, {{"", "0", "5"}}, unallocated, {mismatch}},
+    call{"failed improper form", invert, {{"2147483647", "1", "2"}}, unallocated, {overflow, subscript}}), casename);
 
 // Ordinary conversions are checked against the double computation below; these are the edges.
-INSTANTIATE_TEST_SUITE_P(
-    decimals, routinetest,
-    ::testing::Values(
-        call{"1 1/3 to 2 places comma", todecimal(2), {{"1", "1", "3"}}, rec("1,33", "", ""), {}, {}, ","},
-        call{"tie rounds to even", todecimal(2), {{"-", "5", "8"}}, rec("-0.62", "", "")},
-        call{"negative zero keeps its sign", todecimal(2), {{"-", "0", "5"}}, rec("-0", "", "")},
-        call{"whole number is not converted", todecimal(2), {{"7", "", ""}}, rec("7", "", "")},
-        call{"decimal by zero", todecimal(2), {{"1", "1", "0"}}, unallocated, {divbyzero}},
-        call{"negative decimals", todecimal(-1), {{"", "1", "2"}}, unallocated, {badcall}},
-        call{"sixteen digits round to fifteen", todecimal(6), {{"2147483647", "2", "3"}}, rec("2147483647.66667", "", "")},
-        call{"ten thousandth", todecimal(6), {{"", "1", "10000"}}, rec("0.0001", "", "")},
-        call{"below a ten thousandth takes an exponent", todecimal(6), {{"", "1", "100000"}}, rec("1E-05", "", "")},
-        call{"fifteen decimals", todecimal(15), {{"", "1", "7"}}, rec("0.142857142857143", "", "")},
-        // A sign in a part counts for nothing: the whole part carries the sign.
-        call{"signed numerator", todecimal(2), {{"", "-1", "4"}}, rec("0.25", "", "")},
+INSTANTIATE_TEST_SUITE_P(decimals, routinetest, ::testing::Values(
+    call{"1 1/3 to 2 places comma", todecimal(2), {{"1", "1", "3"}}, rec("1,33", "", ""), {}, {}, ","},
+    call{"tie rounds to even", todecimal(2), {{"-", "5", "8"}}, rec("-0.62", "", "")},
+    call{"negative zero keeps its sign", todecimal(2), {{"-", "0", "5"}}, rec("-0", "", "")},
+    call{"whole number is not converted", todecimal(2), {{"7", "", ""}}, rec("7", "", "")},
+    call{"decimal by zero", todecimal(2), {{"1", "1", "0"}}, unallocated, {divbyzero}},
+    call{"negative decimals", todecimal(-1), {{"", "1", "2"}}, unallocated, {badcall}},
+    call{"sixteen digits round to fifteen", todecimal(6), {{"2147483647", "2", "3"}}, rec("2147483647.66667", "", "")},
+    call{"ten thousandth", todecimal(6), {{"", "1", "10000"}}, rec("0.0001", "", "")},
+    call{"below a ten thousandth takes an exponent", todecimal(6), {{"", "1", "100000"}}, rec("1E-05", "", "")},
+    call{"fifteen decimals", todecimal(15), {{"", "1", "7"}}, rec("0.142857142857143", "", "")},
+    // A sign in a part counts for nothing: the whole part carries the sign.
+    call{"signed numerator", todecimal(2), {{"", "-1", "4"}}, rec("0.25", "", "")},
 
-        call{"-0.5", fromdecimal, {{"-0.5", "", ""}}, rec("-", "5", "10")},
-        // Read as 25 by the locale, one decimal counted after the comma: hosts rely on both.
-        call{"2,5 in a dot locale", fromdecimal, {{"2,5", "", ""}}, rec("25", "", "10")},
-        call{"0.125 in a comma locale", fromdecimal, {{"0.125", "", ""}}, rec("125", "", "1000"), {}, {}, ","},
-        call{"ten decimals overflow", fromdecimal, {{"0.1234567891", "", ""}}, unallocated, {overflow}},
-        call{"empty stays", fromdecimal, {{"", "", ""}}, rec("", "", "")},
-        call{"percent stays", fromdecimal, {{"12%", "", ""}}, rec("12%", "", "")},
-        call{"fraction parts stay", fromdecimal, {{"1.5", "1", ""}}, rec("1.5", "1", "")}),
-    casename);
+    call{"-0.5", fromdecimal, {{"-0.5", "", ""}}, rec("-", "5", "10")},
+    // Read as 25 by the locale, one decimal counted after the comma: hosts rely on both.
+    call{"2,5 in a dot locale", fromdecimal, {{"2,5", "", ""}}, rec("25", "", "10")},
+    call{"0.125 in a comma locale", fromdecimal, {{"0.125", "", ""}}, rec("125", "", "1000"), {}, {}, ","},
+    call{"ten decimals overflow", fromdecimal, {{"0.1234567891", "", ""}}, unallocated, {overflow}},
+    call{"empty stays", fromdecimal, {{"", "", ""}}, rec("", "", "")},
+    call{"percent stays", fromdecimal, {{"12%", "", ""}}, rec("12%", "", "")},
+    call{"fraction parts stay", fromdecimal, {{"1.5", "1", ""}}, rec("1.5", "1", "")}), casename);
 
 // Random 32-bit values through the conversions whose results are known exactly.
 TEST(normalforms, randomvaluesreduceandconvertexactly)

@@ -157,9 +157,7 @@ private Q_SLOTS:
 
         fractioni *control = showncontrol();
         QVERIFY(control);
-        QFont font = control->Font();
-        font.setPointSizeF(20);
-        control->setFont(font);
+        control->setFont(QFont(control->Font().family(), 20));
         control->setUserresizeable(true);
         control->Refreshfraction();
         QWidget *grip = field<QWidget>(control, "lblgrip");
