@@ -30,15 +30,14 @@ using testsupport::evs;
 using testsupport::field;
 using step = std::function<void(fractioni &)>;
 struct entry { int type; const char *decimal; int part; QString text; bool accepted; };
+struct allowance { QVariant candidate; QStringList stored; QString probe; bool allowed; };
 Q_DECLARE_METATYPE(step)
 Q_DECLARE_METATYPE(entry)
+Q_DECLARE_METATYPE(allowance)
 
 namespace {
 
-QStringList chars(const char *text)
-{
-    return QString::fromLatin1(text).split(QString(), Qt::SkipEmptyParts);
-}
+QStringList chars(const char *text) { return QString::fromLatin1(text).split(QString(), Qt::SkipEmptyParts); }
 
 const QStringList writerorder{
     "Wholepartvalue", "Numeratorvalue", "Denominatorvalue", "Width", "Height", "Fractionslash", "Backcolor",
@@ -177,14 +176,11 @@ private Q_SLOTS:
         control.setWholepartLocked(true);
         QSignalSpy changed(&control, &fractioni::propertychanged);
         QCOMPARE(testsupport::errornumber([&] { control.setForcesign(true); }), 380);
-        {
-            testsupport::designtime design;
-            control.setForcesign(true);
-        }
+        testsupport::designtime design;
+        control.setForcesign(true);
         QVERIFY(!control.Forcesign());
         QCOMPARE(m_messages.take(), QStringList{QStringLiteral("Usereditable and forcesign can't be True simultaneously")});
-        QCOMPARE(changed.count(), 1);
-        QCOMPARE(changed.at(0).at(0).toString(), QStringLiteral("Forcesign"));
+        QCOMPARE(testsupport::events(changed), QList<QStringList>{{"Forcesign"}});
     }
 
     // The sign, the fields in the sign's colour, and the fields shown (w, n, d).
@@ -219,30 +215,23 @@ private Q_SLOTS:
     // A whole-part set assigned, what is stored of it, and whether \a probe is then allowed.
     void allowedsets_data()
     {
-        QTest::addColumn<QVariant>("candidate");
-        QTest::addColumn<QStringList>("stored");
-        QTest::addColumn<QString>("probe");
-        QTest::addColumn<bool>("allowed");
+        QTest::addColumn<allowance>("row");
         const auto row = [](const char *name, const QVariant &candidate, const QStringList &stored, const QString &probe,
-                            bool allowed) { QTest::newRow(name) << candidate << stored << probe << allowed; };
+                            bool allowed) { QTest::newRow(name) << allowance{candidate, stored, probe, allowed}; };
         row("a b a c is stored as c b a; case counts", chars("abac"), chars("cba"), "A", false);
         row("empty strings count as elements", QStringList{"", "x", ""}, {"x", ""}, "", true);
         row("an element of two characters is ignored", QStringList{"a", "bc"}, {}, "x", true);
         row("an array without elements is ignored", QStringList(), {}, "\u00e9", false);
         row("Empty is ignored", QVariant(), {}, " ", true);
         row("a plain string is no array", QStringLiteral("a"), {}, "b", true);
-        row("a list of variants from a script", QVariantList{QStringLiteral("x"), QStringLiteral("y"), QStringLiteral("x")},
-            chars("yx"), "z", false);
+        row("a list of variants from a script", QVariantList{"x", "y", "x"}, chars("yx"), "z", false);
         row("two characters are never one", chars("12"), chars("21"), "12", false);
     }
 
     void allowedsets()
     {
-        QFETCH(QVariant, candidate);
-        QFETCH(QStringList, stored);
-        QFETCH(QString, probe);
-        QFETCH(bool, allowed);
-
+        QFETCH(allowance, row);
+        const auto &[candidate, stored, probe, allowed] = row;
         fractioni control;
         const QStringList defaults = control.Wholeallowedchars().toStringList();
         QCOMPARE(defaults.size(), 97);
