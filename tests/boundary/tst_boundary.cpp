@@ -153,11 +153,7 @@ class tst_boundary : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        testsupport::pinlocale();
-        m_messages.take();
-    }
+    void init() { testsupport::pinlocale(); m_messages.take(); }
 
     void members_data()
     {

@@ -49,17 +49,11 @@ inline QList<QStringList> evs(const QString &text)
     return rows;
 }
 
-inline QStringList rec(const QString &text)
-{
-    return evs(text).value(0);
-}
+inline QStringList rec(const QString &text) { return evs(text).value(0); }
 
 // A part of a control by name: "wholepart", "numerator", "denominator" or, as a QWidget, "lblgrip".
 template <class part = QLineEdit>
-part *field(const QWidget *control, const QString &name)
-{
-    return control->findChild<part *>(name);
-}
+part *field(const QWidget *control, const QString &name) { return control->findChild<part *>(name); }
 
 inline QStringList value(const kelfractionint::fractioni &control)
 {
@@ -81,11 +75,7 @@ struct form
     QWidget window;
     kelfractionint::fractioni *control = new kelfractionint::fractioni(&window);
 
-    bool show()
-    {
-        window.resize(240, 120);
-        return shown(&window, true);
-    }
+    bool show() { window.resize(240, 120); return shown(&window, true); }
     QLineEdit *field(const QString &name) const { return testsupport::field(control, name); }
 };
 

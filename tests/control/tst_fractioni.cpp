@@ -74,11 +74,7 @@ class tst_fractioni : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        testsupport::pinlocale();
-        m_messages.take();
-    }
+    void init() { testsupport::pinlocale(); m_messages.take(); }
 
     // Each row: the action, the events it raises and the value afterwards in evs() notation, a set-up
     // done before the spy listens, and whether the action runs at design time.

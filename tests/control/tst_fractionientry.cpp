@@ -44,11 +44,7 @@ class tst_fractionientry : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        testsupport::pinlocale();
-        m_messages.take();
-    }
+    void init() { testsupport::pinlocale(); m_messages.take(); }
 
     void typing_data()
     {

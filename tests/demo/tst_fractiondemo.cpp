@@ -91,10 +91,7 @@ class tst_fractiondemo : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        testsupport::pinlocale();
-    }
+    void initTestCase() { testsupport::pinlocale(); }
 
     void init()
     {

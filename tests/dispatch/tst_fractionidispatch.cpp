@@ -87,11 +87,7 @@ class tst_fractionidispatch : public QObject
     fractioni *m_control = nullptr;
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        testsupport::pinlocale();
-        m_capture = std::make_unique<messagecapture>();
-    }
+    void initTestCase() { testsupport::pinlocale(); m_capture = std::make_unique<messagecapture>(); }
 
     void init()
     {

@@ -32,11 +32,7 @@ class tst_fractionpages : public QObject
     kelfractionint::messagecapture m_messages;
 
 private Q_SLOTS:
-    void init()
-    {
-        testsupport::pinlocale();
-        m_messages.take();
-    }
+    void init() { testsupport::pinlocale(); m_messages.take(); }
 
     // Tab visits a page's boxes in the order given, which is not the order on screen; captions
     // in the order of creation; places in twips, widened to a caption that needs more.

@@ -15,11 +15,7 @@ class tst_fractionscript : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        testsupport::pinlocale();
-        QVERIFY(m_runtime.isValid());
-    }
+    void initTestCase() { testsupport::pinlocale(); QVERIFY(m_runtime.isValid()); }
 
     void commandline_data()
     {
