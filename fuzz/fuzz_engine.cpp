@@ -10,16 +10,9 @@ using namespace modfracglobal;
 
 namespace {
 
-void check(bool condition)
-{
-    if (!condition)
-        __builtin_trap();
-}
+void check(bool condition) { if (!condition) __builtin_trap(); }
 
-bool readerror(const automationerror &error)
-{
-    return error.number() == errnum::typemismatch || error.number() == errnum::overflow;
-}
+bool readerror(const automationerror &error) { return error.number() == errnum::typemismatch || error.number() == errnum::overflow; }
 
 void hostnumbers(const std::string &text)
 {

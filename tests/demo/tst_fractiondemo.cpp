@@ -42,21 +42,14 @@ using testsupport::value;
 namespace {
 
 // An operation from a button (or a shortcut when there is none) on the first and second operands.
-struct operation
-{
-    const char *button;
-    QStringList first, second, result, firstafter;
-    const char *message = "";
-    QKeyCombination key = {};
-};
+struct operation { const char *button; QStringList first, second, result, firstafter; const char *message = ""; QKeyCombination key = {}; };
 
 // A cell painted by the delegate: its value, separator, whether it reads as a fraction, its ink.
 struct paintedcell { QVariant value; bool slash, fraction; QColor color; };
 
 // Counts the rows whose data a view asks for.
-class rowcounter : public QIdentityProxyModel
+struct rowcounter : QIdentityProxyModel
 {
-public:
     QVariant data(const QModelIndex &index, int role) const override
     {
         rows.insert(index.row());

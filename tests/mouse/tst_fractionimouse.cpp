@@ -22,14 +22,7 @@ using testsupport::field;
 namespace {
 
 // A host form that counts the presses reaching it.
-class form : public QWidget
-{
-public:
-    int presses = 0;
-
-protected:
-    void mousePressEvent(QMouseEvent *) override { ++presses; }
-};
+struct form : QWidget { int presses = 0; void mousePressEvent(QMouseEvent *) override { ++presses; } };
 
 // A point relative to the numerator's left (x 0) or right (x 1) edge and to the first row below
 // it (y 0) or the denominator's top row (y 1), plus an offset in pixels; whether it is on the band.

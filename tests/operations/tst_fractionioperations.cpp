@@ -71,23 +71,11 @@ QVariant object(QObject *item) { return QVariant::fromValue(item); }
 
 // A conversion of the control's own value; with Autoreplace (\a loads not empty), the events of
 // the load in evs() notation.
-struct conversion
-{
-    QStringList before, result;
-    QString name, message;
-    int argument, error;
-    QString loads;
-};
+struct conversion { QStringList before, result; QString name, message; int argument, error; QString loads; };
 
 // A method on two controls \a a and \a b; \a result is what it returns or, for the methods
 // that load it into \a a, what \a a shows afterwards.
-struct twooperands
-{
-    QString name, message, decimal;
-    QStringList a, b, result, bafter;
-    bool autoreplace;
-    int error;
-};
+struct twooperands { QString name, message, decimal; QStringList a, b, result, bafter; bool autoreplace; int error; };
 
 } // namespace
 
