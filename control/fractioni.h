@@ -355,6 +355,7 @@ private:
     void navigatefields(QLineEdit *field, int key);
     static bool typedcharacter(const QKeyEvent *key);
     static bool isstandardkey(const QKeyEvent *key, QKeySequence::StandardKey standard);
+    static bool editingkey(const QKeyEvent *key);
     bool entrykey(QLineEdit *field, const QKeyEvent *key);
     bool typedmove(QLineEdit *field, const QKeyEvent *key);
     bool pastefraction(QLineEdit *field);

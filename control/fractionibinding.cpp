@@ -9,6 +9,7 @@
 #include <QFocusEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QMetaMethod>
 
 namespace kelfractionint {
 
@@ -25,8 +26,13 @@ fractioni::valuebatch::~valuebatch()
         return;
     try {
         // Listeners' calls keep their own records, as for the control's other signals.
-        if (fractiontoarray(m_control) != m_control->m_valuebefore)
-            m_control->emitsafely([this] { Q_EMIT m_control->valueChanged(m_control->value()); });
+        if (fractiontoarray(m_control) != m_control->m_valuebefore) {
+            m_control->emitsafely([this] {
+                // The text is written only for someone who reads it.
+                static const QMetaMethod signal = QMetaMethod::fromSignal(&fractioni::valueChanged);
+                Q_EMIT m_control->valueChanged(m_control->isSignalConnected(signal) ? m_control->value() : QString());
+            });
+        }
     } catch (...) {
         // The notification never turns a finished change into a failure.
     }

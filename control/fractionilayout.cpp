@@ -341,17 +341,16 @@ void fractioni::paintseparator(QPainter &painter) const
     const QRect &wider = m_separatoroffset < 0 ? denom : numer;
     // Over a field without width (an empty control) the separator has no length: nothing shows.
     if (wider.width() > 0) {
+        const qreal dpr = devicePixelRatioF();
         // Between the numerator's ink and the denominator's ink rather than between the fields,
         // which overlap the glyphs: a line there would be flat or run through the digits.
         const double numerbottom =
-            numer.top()
-            + fractionpaint::inkbottom(numerator->font(), numer.height(), numerator->text(), 0, devicePixelRatioF());
+            numer.top() + fractionpaint::inkbottom(numerator->font(), numer.height(), numerator->text(), 0, dpr);
         const double denomtop = denom.top()
                               + fractionpaint::inktop(denominator->font(), denom.height(), denominator->text(),
-                                                      denominator->textMargins().bottom(), devicePixelRatioF());
+                                                      denominator->textMargins().bottom(), dpr);
         const double linewidth = fractionpaint::fontlinewidth(numerator->font());
-        const QLineF line = fractionpaint::separatorline(wider, numerbottom, denomtop, m_fractionslash,
-                                                         devicePixelRatioF(), linewidth);
+        const QLineF line = fractionpaint::separatorline(wider, numerbottom, denomtop, m_fractionslash, dpr, linewidth);
         painter.setRenderHint(QPainter::Antialiasing, m_fractionslash);
         // Flat ends: a square cap would reach past the line's end toward the digits.
         painter.setPen(QPen(separator, fractionpaint::separatorwidth(linewidth), Qt::SolidLine, Qt::FlatCap));

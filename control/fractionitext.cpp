@@ -11,6 +11,7 @@
 #include <QLineEdit>
 #include <QSet>
 
+#include <bitset>
 #include <vector>
 
 namespace kelfractionint {
@@ -347,20 +348,6 @@ void fractioni::navigatefields(QLineEdit *field, int key)
 
 namespace {
 
-// A key that changes text: a printable character, or an editing shortcut of the clipboard and
-// the undo history. Modifiers, Tab, Escape and Ctrl+A change nothing.
-bool editingkey(const QKeyEvent *key)
-{
-    static const QKeySequence::StandardKey editing[] = {QKeySequence::Cut, QKeySequence::Paste, QKeySequence::Undo,
-                                                        QKeySequence::Redo};
-    for (const QKeySequence::StandardKey standard : editing) {
-        if (key->matches(standard))
-            return true;
-    }
-    return !key->text().isEmpty() && key->text().front().isPrint()
-        && !(key->modifiers() & (Qt::ControlModifier | Qt::MetaModifier));
-}
-
 bool selectionkey(const QKeyEvent *key)
 {
     switch (key->key()) {
@@ -375,6 +362,20 @@ bool selectionkey(const QKeyEvent *key)
 }
 
 } // namespace
+
+// A key that changes text: a printable character, or an editing shortcut of the clipboard and
+// the undo history. Modifiers, Tab, Escape and Ctrl+A change nothing.
+bool fractioni::editingkey(const QKeyEvent *key)
+{
+    static const QKeySequence::StandardKey editing[] = {QKeySequence::Cut, QKeySequence::Paste, QKeySequence::Undo,
+                                                        QKeySequence::Redo};
+    for (const QKeySequence::StandardKey standard : editing) {
+        if (isstandardkey(key, standard))
+            return true;
+    }
+    return !key->text().isEmpty() && key->text().front().isPrint()
+        && !(key->modifiers() & (Qt::ControlModifier | Qt::MetaModifier));
+}
 
 bool fractioni::refusedkey(QLineEdit *field, const QKeyEvent *key)
 {
@@ -463,20 +464,36 @@ bool fractioni::typedcharacter(const QKeyEvent *key)
 
 bool fractioni::isstandardkey(const QKeyEvent *key, QKeySequence::StandardKey standard)
 {
-    // As QKeyEvent::matches, which asks the platform for the key bindings on every call: they are
-    // asked for once. The keypad and group switch modifiers make no difference.
-    static QHash<int, QList<int>> bindings;
-    auto known = bindings.constFind(standard);
-    if (known == bindings.constEnd()) {
-        QList<int> keys;
-        for (const QKeySequence &binding : QKeySequence::keyBindings(standard)) {
-            if (binding.count() == 1)
-                keys.append(binding[0].toCombined());
-        }
-        known = bindings.insert(standard, keys);
-    }
+    // As QKeyEvent::matches, which asks the platform for the key bindings on every call: each
+    // answer is kept per key and modifiers. The keypad and group switch modifiers make no
+    // difference.
     const int searchkey = int((key->modifiers() | key->key()) & ~(Qt::KeypadModifier | Qt::GroupSwitchModifier));
-    return searchkey != 0 && known->contains(searchkey);
+    if (searchkey == 0 || standard < 0 || standard >= 128)
+        return false;
+    struct answers
+    {
+        int key = 0;
+        std::bitset<128> known, matched;
+    };
+    static QHash<int, answers> kept;
+    // One key event asks several questions: its answers are looked up once.
+    static answers last;
+    if (last.key != searchkey) {
+        const auto found = kept.constFind(searchkey);
+        last = found != kept.constEnd() ? *found : answers{searchkey, {}, {}};
+    }
+    if (!last.known.test(standard)) {
+        bool matched = false;
+        for (const QKeySequence &binding : QKeySequence::keyBindings(standard))
+            matched = matched || (binding.count() == 1 && binding[0].toCombined() == searchkey);
+        last.known.set(standard);
+        last.matched.set(standard, matched);
+        // Made-up key codes must not grow the answers without end.
+        if (kept.size() >= 1024 && !kept.contains(searchkey))
+            kept.clear();
+        kept.insert(searchkey, last);
+    }
+    return last.matched.test(standard);
 }
 
 bool fractioni::eventFilter(QObject *watched, QEvent *event)
