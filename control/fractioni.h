@@ -357,6 +357,7 @@ private:
     static bool isstandardkey(const QKeyEvent *key, QKeySequence::StandardKey standard);
     static bool editingkey(const QKeyEvent *key);
     bool entrykey(QLineEdit *field, const QKeyEvent *key);
+    bool answeredshortcut(QLineEdit *field, QKeyEvent *key);
     bool typedmove(QLineEdit *field, const QKeyEvent *key);
     bool pastefraction(QLineEdit *field);
     bool entrymenu(QLineEdit *field, const QContextMenuEvent *event);

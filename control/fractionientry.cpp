@@ -9,11 +9,13 @@
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QGuiApplication>
+#include <QHash>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMenu>
 
 #include <array>
+#include <memory>
 
 namespace kelfractionint {
 
@@ -124,6 +126,44 @@ bool fractioni::entrykey(QLineEdit *field, const QKeyEvent *key)
         return true;
     }
     return typedmove(field, key);
+}
+
+bool fractioni::answeredshortcut(QLineEdit *field, QKeyEvent *key)
+{
+    // Before a key press reaches a field, the window's shortcuts ask the field whether it takes
+    // the key itself, and a line edit answers from some thirty lookups of the platform's key
+    // bindings. Its answer depends on nothing but the key, its modifiers and text, whether the
+    // field is read-only and whether the question came accepted: the answers it gave are kept
+    // and given again in its place.
+    if (key->text().size() > 1)
+        return false;
+    const quint64 asked = quint64(quint32(key->key()) | quint32(key->modifiers()))
+                        | quint64(key->text().isEmpty() ? 0 : key->text().front().unicode()) << 32
+                        | quint64(!key->text().isEmpty()) << 48 | quint64(field->isReadOnly()) << 49
+                        | quint64(key->isAccepted()) << 50;
+    struct answer
+    {
+        bool handled = false;
+        bool accepted = false;
+    };
+    static QHash<quint64, answer> answers;
+    const auto known = answers.constFind(asked);
+    if (known == answers.constEnd()) {
+        // The field answers a copy of the question once; the key itself goes on to the field.
+        const std::unique_ptr<QKeyEvent> copy(key->clone());
+        answer given;
+        given.handled = field->QLineEdit::event(copy.get());
+        given.accepted = copy->isAccepted();
+        // Made-up key codes must not grow the answers without end.
+        if (answers.size() >= 1024)
+            answers.clear();
+        answers.insert(asked, given);
+        return false;
+    }
+    if (!known->handled)
+        return false;
+    key->setAccepted(known->accepted);
+    return true;
 }
 
 bool fractioni::entrymenu(QLineEdit *field, const QContextMenuEvent *event)

@@ -513,6 +513,8 @@ bool fractioni::filterevent(QObject *watched, QEvent *event)
         if (event->type() == QEvent::ShowToParent || event->type() == QEvent::HideToParent)
             updatefocusproxy();
         watchfield(field, event);
+        if (event->type() == QEvent::ShortcutOverride)
+            return answeredshortcut(field, static_cast<QKeyEvent *>(event));
         if (event->type() == QEvent::KeyPress) {
             const valuebatch batch(this);
             auto *key = static_cast<QKeyEvent *>(event);

@@ -4,6 +4,7 @@
 #include "messageboxsink.h"
 #include "testsupport.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QClipboard>
 #include <QContextMenuEvent>
@@ -189,6 +190,29 @@ private Q_SLOTS:
         f.field(QStringLiteral("numerator"))->selectAll();
         type(QStringLiteral("{Ctrl+C}"));
         QCOMPARE(QApplication::clipboard()->text(), QStringLiteral("1"));
+    }
+
+    // A key goes to the window's shortcuts unless the field edits with it: a locked field leaves
+    // its keys to them, at every press, and a field unlocked again takes them back.
+    void shortcuts()
+    {
+        form f;
+        int triggered = 0;
+        auto *action = new QAction(&f.window);
+        action->setShortcuts({QKeySequence(Qt::Key_5), QKeySequence(Qt::CTRL | Qt::Key_S)});
+        f.window.addAction(action);
+        connect(action, &QAction::triggered, [&triggered] { ++triggered; });
+        QVERIFY(f.show());
+        f.field(QStringLiteral("numerator"))->setFocus();
+        type(QStringLiteral("{End}55{Ctrl+S}{Ctrl+S}"));
+        QCOMPARE(triggered, 2);
+        f.control->setNumeratorLocked(true);
+        type(QStringLiteral("55"));
+        QCOMPARE(triggered, 4);
+        f.control->setNumeratorLocked(false);
+        type(QStringLiteral("5"));
+        QCOMPARE(triggered, 4);
+        QCOMPARE(f.control->Numeratorvalue(), QStringLiteral("1555"));
     }
 
     void textandapproximation()
