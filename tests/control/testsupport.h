@@ -14,8 +14,9 @@
 
 #include <functional>
 
-// Shared set-up of the widget tests: a pinned locale, values and events in a short notation, a
-// control's parts, a control in a shown window, design mode and the error a call raises.
+// Shared set-up of the widget tests, with the headers they all use: a pinned locale, values and
+// events in a short notation, a control's parts, a shown widget, a control in a shown window,
+// design mode and the error a call raises.
 namespace testsupport {
 
 // The grouping mark is the other one of "." and ",".

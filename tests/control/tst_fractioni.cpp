@@ -2,7 +2,6 @@
 // fractionvaluechanged, the documented errors, allowed-character sets and validation, editing keys
 // in a filtered whole part, a new control, the property bag's keys and round trips, and bags and
 // files with foreign, broken or hostile values.
-#include "fractioni.h"
 #include "fractionspeechmodel.h"
 #include "messageboxsink.h"
 #include "olecolor.h"
@@ -11,18 +10,13 @@
 #include "twips.h"
 
 #include <QAccessible>
-#include <QApplication>
 #include <QClipboard>
 #include <QFile>
 #include <QImage>
 #include <QKeyEvent>
-#include <QLineEdit>
 #include <QSettings>
 #include <QStandardItemModel>
 #include <QTemporaryDir>
-#include <QTest>
-
-#include <functional>
 
 using kelfractionint::fractioni;
 using kelfractionint::memorypropertybag;

@@ -1,17 +1,12 @@
 // Fractions as people type, paste and copy them into the control, and the arrow keys between its
 // fields, with real focus.
-#include "fractioni.h"
 #include "messageboxsink.h"
 #include "testsupport.h"
 
 #include <QAction>
-#include <QApplication>
 #include <QClipboard>
 #include <QContextMenuEvent>
-#include <QLineEdit>
 #include <QRegularExpression>
-#include <QSignalSpy>
-#include <QTest>
 
 using kelfractionint::fractioni;
 using testsupport::form;

@@ -2,17 +2,13 @@
 // the layout formulas (computed in twips, applied in pixels), its size in a Qt layout, the
 // separator as painted, and every digit whole: at every size, with slash or bar, border or none,
 // each field's ink in the control's picture is the whole ink of its text drawn alone.
-#include "fractioni.h"
 #include "messageboxsink.h"
 #include "testsupport.h"
 #include "twips.h"
 
-#include <QApplication>
 #include <QGridLayout>
 #include <QImage>
 #include <QLabel>
-#include <QLineEdit>
-#include <QTest>
 
 #include <cmath>
 
@@ -333,7 +329,6 @@ private Q_SLOTS:
 private:
     kelfractionint::messagecapture m_messages;
 };
-
 
 QTEST_MAIN(tst_fractionilayout)
 #include "tst_fractionilayout.moc"

@@ -1,11 +1,9 @@
 // The control in an application built the way real ones are: a dark theme, an application font,
 // style sheets, right to left, Qt's bindings and item views.
 #include "fractiondelegate.h"
-#include "fractioni.h"
 #include "olecolor.h"
 #include "testsupport.h"
 
-#include <QApplication>
 #include <QDataWidgetMapper>
 #include <QHBoxLayout>
 #include <QPainter>

@@ -8,7 +8,6 @@
 #include "scriptedrun.h"
 
 #include "fractiondelegate.h"
-#include "fractioni.h"
 #include "frmabout.h"
 #include "propertypagedialog.h"
 
@@ -20,7 +19,6 @@
 #include <QHeaderView>
 #include <QIdentityProxyModel>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPainter>
 #include <QPushButton>
 #include <QSet>
@@ -28,7 +26,6 @@
 #include <QStandardItemModel>
 #include <QTableView>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <memory>
 

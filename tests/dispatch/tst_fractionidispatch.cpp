@@ -2,14 +2,12 @@
 // ids, late-bound calls and their argument conversions, and the type library listing.
 #include "../control/testsupport.h"
 
-#include "fractioni.h"
 #include "fractionidispatch.h"
 #include "messageboxsink.h"
 #include "typelibrary.h"
 
 #include <QCryptographicHash>
 #include <QMetaMethod>
-#include <QTest>
 
 #include <memory>
 

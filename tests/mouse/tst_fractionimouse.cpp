@@ -2,15 +2,11 @@
 // grip's sizing drag that zooms the control, its picture and the container it is moved into.
 #include "../control/testsupport.h"
 
-#include "automationerror.h"
-#include "fractioni.h"
 #include "fractionidispatch.h"
 #include "messageboxsink.h"
 #include "twips.h"
 
 #include <QImage>
-#include <QLineEdit>
-#include <QTest>
 
 #include <memory>
 

@@ -2,12 +2,8 @@
 // Autoreplace, and the arithmetic on other controls and on collections of them.
 #include "../control/testsupport.h"
 
-#include "automationerror.h"
-#include "fractioni.h"
 #include "fractionidispatch.h"
 #include "messageboxsink.h"
-
-#include <QTest>
 
 #include <memory>
 

@@ -10,9 +10,7 @@
 
 #include <QCheckBox>
 #include <QHash>
-#include <QLineEdit>
 #include <QPushButton>
-#include <QTest>
 
 #include <algorithm>
 #include <memory>

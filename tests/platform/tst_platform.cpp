@@ -7,7 +7,6 @@
 #include "propertybag.h"
 #include "twips.h"
 
-#include <QApplication>
 #include <QTest>
 
 using namespace kelfractionint;

@@ -3,7 +3,6 @@
 
 #include <QProcess>
 #include <QTemporaryDir>
-#include <QTest>
 
 using namespace kelfractionint;
 
