@@ -48,8 +48,7 @@ bool wellreported(const fractioni &c)
 {
     const int n = c.lasterrornumber();
     return n == 0 ? c.lasterrordescription().isEmpty()
-                  : knownerrors.contains(n)
-                        && c.lasterrordescription().toStdString() == modfracglobal::automationerror::standarddescription(n);
+                  : knownerrors.contains(n) && c.lasterrordescription().toStdString() == modfracglobal::automationerror::standarddescription(n);
 }
 
 // Calls \a method with \a value converted to each parameter's type (its default where it does not

@@ -434,7 +434,6 @@ private Q_SLOTS:
         row("FracType as text", {{"FracType", "algebraic"}}, "FracType", "fracnumeric");
         row("FracType beyond 32 bits", {{"FracType", 1e12}}, "FracType", "fracnumeric");
         row("whole part refused by the saved type", {{"Wholepartvalue", "abc"}}, "value", "_ 1 7");
-        row("huge whole part", {{"Wholepartvalue", QString(100000, u'7') + u'x'}}, "value", "_ 1 7");
         row("numerator as a list", {{"Numeratorvalue", QStringList{"1", "2"}}}, "value", "4 _ _");
         row("colour as a word", {{"Backcolor", "red"}}, "Backcolor", 0xFFFFFFu);
         row("colour beyond 32 bits", {{"Posforecolor", 1e20}}, "Posforecolor", 0u);

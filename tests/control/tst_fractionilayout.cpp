@@ -15,7 +15,9 @@
 using kelfractionint::fractioni;
 using testsupport::field;
 using step = std::function<void(fractioni &)>;
+struct drawn { int points; bool slash; int border; QStringList record; };
 Q_DECLARE_METATYPE(step)
+Q_DECLARE_METATYPE(drawn)
 
 namespace {
 
@@ -113,8 +115,7 @@ private Q_SLOTS:
 
         // The control: gaps of two pixels, the visible children and the centring offset.
         const double gap = 2, B = border;
-        const double d = c.Numeratorvalue().size() == c.Denominatorvalue().size()
-            ? 0
+        const double d = c.Numeratorvalue().size() == c.Denominatorvalue().size() ? 0
             : (metrics.horizontalAdvance(c.Numeratorvalue()) - metrics.horizontalAdvance(c.Denominatorvalue())) / 2;
         const double width = (2 * B + 3) * gap + (numer->isHidden() ? 0 : numer->width())
                            + (whole->isHidden() ? 0 : whole->width()) + (lblgrip->isHidden() ? 0 : lblgrip->width())
@@ -249,10 +250,7 @@ private Q_SLOTS:
 
     void everydigitwhole_data()
     {
-        QTest::addColumn<int>("points");
-        QTest::addColumn<bool>("slash");
-        QTest::addColumn<int>("border");
-        QTest::addColumn<QStringList>("record");
+        QTest::addColumn<drawn>("row");
         const QList<QStringList> records{{"4", "1", "7"},         {"-12", "3", "145"}, {"", "12345", "6"},
                                          {"-", "35", "89"},       {"2", "12", "5"},    {"9", "69", "38"}};
         for (int points : {8, 9, 10, 12, 16, 24, 28, 40}) {
@@ -260,8 +258,7 @@ private Q_SLOTS:
                 for (bool slash : {true, false}) {
                     for (const QStringList &record : records) {
                         QTest::addRow("%d pt %s border %d %s", points, slash ? "slash" : "bar", border,
-                                      qPrintable(record.join(QLatin1Char(' '))))
-                            << points << slash << border << record;
+                                      qPrintable(record.join(QLatin1Char(' ')))) << drawn{points, slash, border, record};
                     }
                 }
             }
@@ -270,10 +267,8 @@ private Q_SLOTS:
 
     void everydigitwhole()
     {
-        QFETCH(int, points);
-        QFETCH(bool, slash);
-        QFETCH(int, border);
-        QFETCH(QStringList, record);
+        QFETCH(drawn, row);
+        const auto &[points, slash, border, record] = row;
         QWidget window;
         auto *control = new fractioni(&window);
         QVERIFY(testsupport::shown(&window));

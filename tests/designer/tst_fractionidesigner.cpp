@@ -71,8 +71,7 @@ QString designedmismatches(const QWidget *form)
                    << qMakePair("Denominatorbackcolor", QVariant(kelfractionint::ambient::backcolor(each)));
         for (const auto &[name, value] : values) {
             const QVariant actual = each->property(name);
-            const bool same = actual.metaType().flags().testFlag(QMetaType::IsEnumeration)
-                ? actual.toInt() == value.toInt()
+            const bool same = actual.metaType().flags().testFlag(QMetaType::IsEnumeration) ? actual.toInt() == value.toInt()
                 : actual.toString() == value.toString();
             if (!same)
                 out += QStringLiteral("%1.%2=%3 ").arg(QLatin1String(control), QLatin1String(name), actual.toString());
@@ -130,8 +129,7 @@ private Q_SLOTS:
         const QString contents = form->contents();
         const auto normalized = [](QString text) {
             return text.remove(QRegularExpression(QStringLiteral(" *<propertyspecifications>.*</propertyspecifications>\\n"),
-                                                  QRegularExpression::DotMatchesEverythingOption))
-                .trimmed();
+                                                  QRegularExpression::DotMatchesEverythingOption)).trimmed();
         };
         QCOMPARE(normalized(contents), normalized(readfile(QStringLiteral(KEL_TEST_ROUNDTRIP))));
 

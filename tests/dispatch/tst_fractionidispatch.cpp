@@ -60,18 +60,6 @@ QStringList expectedrows()
 
 struct latebound { int kind; qint32 dispid; QVariantList args; QVariant expected; int error; };
 
-bool hassignal(const char *name, int parameters)
-{
-    const QMetaObject &meta = fractioni::staticMetaObject;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-        const QMetaMethod method = meta.method(i);
-        if (method.methodType() == QMetaMethod::Signal && method.name() == name
-            && method.parameterCount() == parameters)
-            return true;
-    }
-    return false;
-}
-
 } // namespace
 
 Q_DECLARE_METATYPE(latebound)
@@ -104,17 +92,21 @@ private Q_SLOTS:
     {
         QStringList rows;
         for (const dispmember &m : fractionimembers()) {
-            rows << QStringLiteral("%1 %2 %3")
-                        .arg(quint32(m.dispid), 8, 16, QLatin1Char('0'))
+            rows << QStringLiteral("%1 %2 %3").arg(quint32(m.dispid), 8, 16, QLatin1Char('0'))
                         .arg(QString(QLatin1Char("glsm"[int(m.kind)])), QLatin1String(m.name));
             QCOMPARE(dispidofname(QString::fromLatin1(m.name).toUpper()), std::optional<qint32>(m.dispid));
         }
         QCOMPARE(rows, expectedrows());
+        QList<std::pair<QByteArray, int>> emitted; // the signals: name and number of parameters
+        for (int i = fractioni::staticMetaObject.methodOffset(); i < fractioni::staticMetaObject.methodCount(); ++i) {
+            if (const QMetaMethod m = fractioni::staticMetaObject.method(i); m.methodType() == QMetaMethod::Signal)
+                emitted.append({m.name(), m.parameterCount()});
+        }
         for (const dispevent &event : fractionievents()) {
             const int id = int(&event - fractionievents().data()) + 1;
             QCOMPARE(event.dispid, id);
             QCOMPARE(QLatin1String(event.name), eventnames.value(id - 1));
-            QVERIFY2(hassignal(event.name, event.parametercount), event.name);
+            QVERIFY2(emitted.contains({event.name, event.parametercount}), event.name);
         }
         QCOMPARE(fractionievents().size(), std::size_t(7));
         QCOMPARE(dispidofname(u"mousedown"), std::optional<qint32>(7));

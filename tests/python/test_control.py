@@ -12,13 +12,9 @@ import kelfractionint
 from kelfractionint import AutomationError, fractioni
 
 
-def empty(control):
-    return control.loadfraction(["", "", ""])
-
-
 @pytest.mark.parametrize("call, number, description", [
     (lambda f: f.setWholepartvalue("x"), 380, "Invalid property value"),
-    (lambda f: f.dividefractions(f, empty(fractioni(f))), 11, "Division by zero"),
+    (lambda f: f.dividefractions(f, fractioni(f).loadfraction(["", "", ""])), 11, "Division by zero"),
     (lambda f: f.loadfraction(["1", "2"]), 9, "Subscript out of range"),
     (lambda f: f.Container(), 91, "Object variable or With block variable not set"),
     (lambda f: kelfractionint.propertypage.writeproperty(f, "Nosuchproperty", 1), 438,
