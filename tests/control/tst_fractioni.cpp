@@ -23,9 +23,11 @@ using kelfractionint::memorypropertybag;
 using testsupport::evs;
 using testsupport::field;
 using step = std::function<void(fractioni &)>;
+struct change { step setup; bool design; step action; QString expected, after; };
 struct entry { int type; const char *decimal; int part; QString text; bool accepted; };
 struct allowance { QVariant candidate; QStringList stored; QString probe; bool allowed; };
 Q_DECLARE_METATYPE(step)
+Q_DECLARE_METATYPE(change)
 Q_DECLARE_METATYPE(entry)
 Q_DECLARE_METATYPE(allowance)
 
@@ -74,13 +76,10 @@ private Q_SLOTS:
     // done before the spy listens, and whether the action runs at design time.
     void events_data()
     {
-        QTest::addColumn<step>("setup");
-        QTest::addColumn<bool>("design");
-        QTest::addColumn<step>("action");
-        QTest::addColumn<QString>("expected");
+        QTest::addColumn<change>("row");
         const auto row = [](const char *name, step action, const QString &expected, const char *after,
                             step setup = {}, bool design = false) {
-            QTest::newRow(name) << setup << design << action << expected + u'|' + QLatin1String(after);
+            QTest::newRow(name) << change{setup, design, action, expected, QString::fromLatin1(after)};
         };
         const auto load = [](const char *record) { return [=](fractioni &f) { f.loadfraction(testsupport::rec(record)); }; };
         const QString same = "+ 4 1 7 > + 4 1 7", twice = same + ";" + same;
@@ -134,10 +133,8 @@ private Q_SLOTS:
 
     void events()
     {
-        QFETCH(step, setup);
-        QFETCH(bool, design);
-        QFETCH(step, action);
-        QFETCH(QString, expected); // events|value
+        QFETCH(change, row);
+        const auto &[setup, design, action, expected, after] = row;
         fractioni control;
         if (setup)
             setup(control);
@@ -146,8 +143,8 @@ private Q_SLOTS:
             designscope.emplace();
         QSignalSpy spy(&control, &fractioni::fractionvaluechanged);
         action(control);
-        QCOMPARE(testsupport::events(spy), evs(expected.section(u'|', 0, 0)));
-        QCOMPARE(testsupport::value(control), testsupport::rec(expected.section(u'|', 1)));
+        QCOMPARE(testsupport::events(spy), evs(expected));
+        QCOMPARE(testsupport::value(control), testsupport::rec(after));
         QVERIFY(m_messages.take().isEmpty());
     }
 

@@ -47,13 +47,8 @@ using routine = std::function<FractionResult(FractionList &)>;
  *  afterwards. */
 struct call
 {
-    std::string name;
-    routine run;
-    FractionList rows;
-    FractionResult expected;
-    messages shown = {};
-    FractionList after = {};
-    std::string decimal = ".";
+    std::string name; routine run; FractionList rows; FractionResult expected;
+    messages shown = {}; FractionList after = {}; std::string decimal = ".";
 };
 
 inline void PrintTo(const call &c, std::ostream *os) { *os << c.name; }
