@@ -94,8 +94,7 @@ private Q_SLOTS:
             "+ _ 3 4 > + _ 3 1; + _ 3 1 > + _ _ 1", "_ _ 1", load("_ 3 4"));
         row("denominator without a numerator stays empty", [](fractioni &f) { f.setDenominatorvalue("5"); },
             "+ 2 _ _ > + 2 _ _", "2 _ _", load("2 _ _"));
-        row("numerator -3 is refused: two events without change", [](fractioni &f) { f.setNumeratorvalue("-3"); }, twice,
-            "4 1 7");
+        row("numerator -3 is refused: two events without change", [](fractioni &f) { f.setNumeratorvalue("-3"); }, twice, "4 1 7");
         row("refused whole part at design time re-applies the value", [](fractioni &f) { f.setWholepartvalue("abc"); },
             twice, "4 1 7", {}, true);
         row("refused whole part while locked re-applies the value", [](fractioni &f) { f.setWholepartvalue("5-"); }, twice,

@@ -118,8 +118,7 @@ private Q_SLOTS:
         const double d = c.Numeratorvalue().size() == c.Denominatorvalue().size() ? 0
             : (metrics.horizontalAdvance(c.Numeratorvalue()) - metrics.horizontalAdvance(c.Denominatorvalue())) / 2;
         const double width = (2 * B + 3) * gap + (numer->isHidden() ? 0 : numer->width())
-                           + (whole->isHidden() ? 0 : whole->width()) + (lblgrip->isHidden() ? 0 : lblgrip->width())
-                           + std::abs(d);
+                           + (whole->isHidden() ? 0 : whole->width()) + (lblgrip->isHidden() ? 0 : lblgrip->width()) + std::abs(d);
         QCOMPARE(c.width(), px(width));
         QCOMPARE(c.height(), px(2 * B * gap + 2 * whole->height()));
 

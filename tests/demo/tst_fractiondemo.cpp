@@ -177,8 +177,7 @@ private Q_SLOTS:
         do {
             const QWidget *now = QApplication::focusWidget();
             const bool part = qobject_cast<const fractioni *>(now->parentWidget());
-            visited.append(part ? now->parentWidget()->objectName() + QLatin1Char('.') + now->objectName()
-                                : now->objectName());
+            visited.append(part ? now->parentWidget()->objectName() + QLatin1Char('.') + now->objectName() : now->objectName());
             QTest::keyClick(static_cast<QWidget *>(nullptr), Qt::Key_Tab);
         } while (QApplication::focusWidget() != start && visited.size() < 40);
         QString expected;

@@ -16,8 +16,7 @@ using namespace modfracglobal;
 
 inline std::string todecimal(const FractionText &f, std::int32_t decimals)
 {
-    const double value = roundtodecimals(double(partvalue(f[1])) / double(partvalue(f[2])), decimals)
-                         + double(partvalue(f[0]));
+    const double value = roundtodecimals(double(partvalue(f[1])) / double(partvalue(f[2])), decimals) + double(partvalue(f[0]));
     return f[0].starts_with("-") ? "-" + doubletotext(std::fabs(value)) : doubletotext(value);
 }
 

@@ -56,8 +56,7 @@ private Q_SLOTS:
         QFETCH(QStringList, captions);
         QFETCH(QRect, lasttwips);
         const bool values = taborder.size() == 3;
-        const std::unique_ptr<propertypage> page(values ? static_cast<propertypage *>(new fractionvalues)
-                                                        : new fractionappearance);
+        const std::unique_ptr<propertypage> page(values ? static_cast<propertypage *>(new fractionvalues) : new fractionappearance);
         QCOMPARE(page->windowTitle(), QLatin1String(QTest::currentDataTag()));
 
         QStringList visited, shown;
