@@ -197,21 +197,14 @@ void fractioni::initialize(const propertybag *bag)
         field->setTextMargins(-2, 0, -3, 0);
         // A value the control accepts is never cut short by its field.
         field->setMaxLength(std::numeric_limits<int>::max());
-        // The control paints the field's back colour beneath it, so that the separator between
-        // the glyphs is not covered by the field's box; the text is in the sign's colour.
-        QPalette surface;
-        surface.setColor(QPalette::Base, Qt::transparent);
-        surface.setColor(QPalette::Text, Qt::black);
-        field->setPalette(surface);
         field->installEventFilter(this);
-        connect(field, &QLineEdit::textEdited, this,
-                [this, field](const QString &text) { eventguarded([&] { fieldedited(field, text); }); });
         *member = field;
     }
     lblgrip = new gripwidget(this);
     lblgrip->setObjectName(QStringLiteral("lblgrip"));
     lblgrip->installEventFilter(this);
     lblgrip->hide();
+    showforecolor();
 
     // Initialize
     absorb([this] {

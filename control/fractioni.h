@@ -321,6 +321,7 @@ private:
     void raisevaluechanged(QString oldsign, QString oldwhole, QString oldnumer, QString olddenom, QString newsign);
     void setforecolors(quint32 olecolor);
     void showforecolor();
+    QColor systemcolor(quint32 color) const;
     void stylefields();
     void absorbfont(const QFont &font);
     void watchfield(QLineEdit *field, QEvent *event);
@@ -363,6 +364,7 @@ private:
     bool entrymenu(QLineEdit *field, const QContextMenuEvent *event);
     static QAction *pasteaction(const QMenu *menu);
     void fieldedited(QLineEdit *field, const QString &text);
+    void watchedits(QLineEdit *field, const QEvent *event);
     bool refusedkey(QLineEdit *field, const QKeyEvent *key);
     void updatefocusproxy();
     bool usermode() const;
@@ -482,6 +484,7 @@ private:
     QObject *m_announcer = nullptr;
     QString m_announcement;
     bool m_fieldtextsdeferred = false;
+    quint8 m_editswatched = 0;
 
     // Layout state, in twips
     double gapx = 30;

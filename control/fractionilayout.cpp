@@ -301,7 +301,7 @@ void fractioni::showEvent(QShowEvent *event)
 void fractioni::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    const QColor background = olecolor::toqcolor(m_backcolor, palette());
+    const QColor background = systemcolor(m_backcolor);
     painter.fillRect(rect(), background);
     if (testAttribute(Qt::WA_StyledBackground)) {
         // A style sheet that gives the control a background or a border draws it.
@@ -319,7 +319,7 @@ void fractioni::paintEvent(QPaintEvent *)
     }};
     for (const auto &[field, color] : fields) {
         // A field in the surface's own colour is already painted.
-        const QColor fill = olecolor::toqcolor(color, palette());
+        const QColor fill = systemcolor(color);
         if (!field->isHidden() && (fill != background || fill.alpha() != 255))
             painter.fillRect(field->geometry(), fill);
     }
@@ -328,7 +328,7 @@ void fractioni::paintEvent(QPaintEvent *)
 
 void fractioni::paintseparator(QPainter &painter) const
 {
-    QColor separator = numerator->isHidden() ? olecolor::toqcolor(m_backcolor, palette())
+    QColor separator = numerator->isHidden() ? systemcolor(m_backcolor)
                                              : wholepart->palette().color(QPalette::Text);
     if (m_numerator.isEmpty() && m_denominator.isEmpty() && m_wholepart.isEmpty())
         separator = wholepart->palette().color(QPalette::Text);

@@ -505,11 +505,38 @@ bool fractioni::eventFilter(QObject *watched, QEvent *event)
     return consumed;
 }
 
+void fractioni::watchedits(QLineEdit *field, const QEvent *event)
+{
+    // A field is edited only through its events (keys, input methods, the mouse, its menu, a
+    // drop): it is watched for edits from the first of them on, so that a field nobody touches
+    // costs no connection.
+    switch (event->type()) {
+    case QEvent::FocusIn:
+    case QEvent::KeyPress:
+    case QEvent::InputMethod:
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::ContextMenu:
+    case QEvent::DragEnter:
+    case QEvent::Drop:
+        break;
+    default:
+        return;
+    }
+    const int bit = field == wholepart ? 1 : field == numerator ? 2 : 4;
+    if (m_editswatched & bit)
+        return;
+    m_editswatched |= bit;
+    connect(field, &QLineEdit::textEdited, this,
+            [this, field](const QString &text) { eventguarded([&] { fieldedited(field, text); }); });
+}
+
 bool fractioni::filterevent(QObject *watched, QEvent *event)
 {
     auto *field = qobject_cast<QLineEdit *>(watched);
     const bool isfield = field && (field == wholepart || field == numerator || field == denominator);
     if (isfield) {
+        watchedits(field, event);
         if (event->type() == QEvent::ShowToParent || event->type() == QEvent::HideToParent)
             updatefocusproxy();
         watchfield(field, event);

@@ -4,6 +4,7 @@
 #include "ambient.h"
 #include "olecolor.h"
 
+#include <QApplication>
 #include <QEvent>
 #include <QLineEdit>
 #include <QScopedValueRollback>
@@ -21,16 +22,33 @@ bool sametypeface(const QFont &a, const QFont &b)
 
 } // namespace
 
+QColor fractioni::systemcolor(quint32 color) const
+{
+    // The control's own Base and Text are its fields' (see showforecolor): the system colours
+    // that stand for them are those of the container.
+    if (color == olecolor::window || color == olecolor::graytext)
+        return olecolor::toqcolor(color, parentWidget() && !isWindow() ? parentWidget()->palette()
+                                                                       : QApplication::palette(this));
+    return olecolor::toqcolor(color, palette());
+}
+
 void fractioni::showforecolor()
 {
-    // A system colour is looked up in the control's palette each time it is shown.
-    const QColor color = olecolor::toqcolor(m_shownforecolor, palette());
-    for (QLineEdit *field : {wholepart, numerator, denominator}) {
-        if (field->palette().color(QPalette::Text) != color) {
-            QPalette surface = field->palette();
-            surface.setColor(QPalette::Text, color);
-            field->setPalette(surface);
-        }
+    // The control paints each field's back colour beneath it, so that the separator between the
+    // glyphs is not covered by the field's box; the text is in the sign's colour. The fields
+    // inherit both from the control's palette, which they share rather than each holding one.
+    // A system colour is looked up each time it is shown.
+    const QColor color = systemcolor(m_shownforecolor);
+    QPalette surface = palette();
+    bool current = true;
+    for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+        current = current && surface.color(group, QPalette::Base) == QColor(Qt::transparent)
+            && surface.color(group, QPalette::Text) == color;
+    }
+    if (!current) {
+        surface.setColor(QPalette::Base, Qt::transparent);
+        surface.setColor(QPalette::Text, color);
+        setPalette(surface);
     }
     if (m_styledfields)
         stylefields();
@@ -40,7 +58,7 @@ void fractioni::stylefields()
 {
     // Under a style sheet the fields keep the control's look: any rule for line edits (a border,
     // padding, a background, a colour) would change their geometry or hide the sign's colour.
-    const QColor color = wholepart->palette().color(QPalette::Text);
+    const QColor color = systemcolor(m_shownforecolor);
     const QString sheet = QStringLiteral("QLineEdit { border: none; padding: 0px; margin: 0px; "
                                          "background: transparent; color: %1; }")
                               .arg(color.name(QColor::HexArgb));
