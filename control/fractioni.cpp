@@ -17,6 +17,27 @@
 
 namespace kelfractionint {
 
+// The parts see their events through the control first, as an installed event filter would,
+// without the filter list that each filtered object would hold.
+template <typename Base>
+class fractioni::part : public Base
+{
+public:
+    explicit part(fractioni *control) : Base(control), m_control(control) {}
+    void detach() { m_control = nullptr; }
+
+protected:
+    bool event(QEvent *event) override
+    {
+        if (m_control && m_control->eventFilter(this, event))
+            return true;
+        return Base::event(event);
+    }
+
+private:
+    fractioni *m_control;
+};
+
 namespace {
 
 // The resize grip in the bottom-right corner, painted as the style's size grip.
@@ -189,7 +210,7 @@ void fractioni::initialize(const propertybag *bag)
         {&denominator, QStringLiteral("denominator")},
     }};
     for (const auto &[member, name] : fields) {
-        auto *field = new QLineEdit(this);
+        auto *field = new part<QLineEdit>(this);
         field->setObjectName(name);
         field->setFrame(false);
         // The field is exactly as wide as its text: the line edit's own inner margin is taken
@@ -197,12 +218,10 @@ void fractioni::initialize(const propertybag *bag)
         field->setTextMargins(-2, 0, -3, 0);
         // A value the control accepts is never cut short by its field.
         field->setMaxLength(std::numeric_limits<int>::max());
-        field->installEventFilter(this);
         *member = field;
     }
-    lblgrip = new gripwidget(this);
+    lblgrip = new part<gripwidget>(this);
     lblgrip->setObjectName(QStringLiteral("lblgrip"));
-    lblgrip->installEventFilter(this);
     lblgrip->hide();
     showforecolor();
 
@@ -255,11 +274,13 @@ void fractioni::initialize(const propertybag *bag)
 
 fractioni::~fractioni()
 {
+    for (QLineEdit *field : {wholepart, numerator, denominator})
+        static_cast<part<QLineEdit> *>(field)->detach();
+    static_cast<part<gripwidget> *>(lblgrip)->detach();
     // Deleted by a handler of one of its signals: a field may be in the middle of its own event
     // (a keystroke, a paste, a click), so the fields leave with the event loop instead.
     if (calls::current().emitdepth > 0) {
         for (QWidget *child : std::initializer_list<QWidget *>{wholepart, numerator, denominator, lblgrip}) {
-            child->removeEventFilter(this);
             child->hide();
             child->setParent(nullptr);
             child->deleteLater();

@@ -299,6 +299,8 @@ private:
 
     // Error handling at the boundary (fractionierrors.cpp, fractioniguard.h)
     class callscope;
+    template <typename Base>
+    class part;
     enum class outcome { done, failed, gone };
     template <typename F>
     outcome runguarded(F &&body, bool clearsrecord);

@@ -11,6 +11,8 @@
 #include <QLineEdit>
 #include <QMetaMethod>
 
+#include <utility>
+
 namespace kelfractionint {
 
 fractioni::valuebatch::valuebatch(fractioni *control) : m_control(control)
@@ -26,7 +28,8 @@ fractioni::valuebatch::~valuebatch()
         return;
     try {
         // Listeners' calls keep their own records, as for the control's other signals.
-        if (fractiontoarray(m_control) != m_control->m_valuebefore) {
+        // The record before is dropped with the batch: a control at rest holds none.
+        if (fractiontoarray(m_control) != std::exchange(m_control->m_valuebefore, {})) {
             m_control->emitsafely([this] {
                 // The text is written only for someone who reads it.
                 static const QMetaMethod signal = QMetaMethod::fromSignal(&fractioni::valueChanged);

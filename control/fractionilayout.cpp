@@ -123,6 +123,12 @@ void fractioni::setcontrolfont(QWidget *control, const QFont &source, double siz
     font.setBold(source.bold());
     font.setItalic(source.italic());
     font.setPointSizeF(std::isfinite(size) ? std::clamp(size, minfontsize, maxfontsize) : minfontsize);
+    // Controls on a form mostly have equal fonts: they share one copy of it.
+    static QFont lastfont;
+    if (font == lastfont)
+        font = lastfont;
+    else
+        lastfont = font;
     // Fonts are only set when they change: setting a widget's font re-polishes and re-lays it out.
     if (control == this) {
         m_fontbuilt = true;

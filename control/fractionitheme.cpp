@@ -46,8 +46,13 @@ void fractioni::showforecolor()
             && surface.color(group, QPalette::Text) == color;
     }
     if (!current) {
-        surface.setColor(QPalette::Base, Qt::transparent);
-        surface.setColor(QPalette::Text, color);
+        // Brushes are shared: most controls show the same few colours.
+        static const QBrush transparent(Qt::transparent);
+        static QBrush lastink;
+        if (lastink.color() != color || lastink.style() != Qt::SolidPattern)
+            lastink = QBrush(color);
+        surface.setBrush(QPalette::Base, transparent);
+        surface.setBrush(QPalette::Text, lastink);
         setPalette(surface);
     }
     if (m_styledfields)
