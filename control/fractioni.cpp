@@ -46,7 +46,6 @@ class gripwidget : public QWidget
 public:
     explicit gripwidget(QWidget *parent) : QWidget(parent)
     {
-        setCursor(Qt::SizeFDiagCursor);
         // The grip keeps a font of its own: its size follows that font's "o", not the value's.
         QFont gripfont = font();
         gripfont.setPointSizeF(18);
@@ -54,6 +53,14 @@ public:
     }
 
 protected:
+    void showEvent(QShowEvent *event) override
+    {
+        // Most controls never show their grip: its cursor is set when it is first shown.
+        if (!testAttribute(Qt::WA_SetCursor))
+            setCursor(Qt::SizeFDiagCursor);
+        QWidget::showEvent(event);
+    }
+
     void changeEvent(QEvent *event) override
     {
         QWidget::changeEvent(event);
@@ -204,28 +211,8 @@ void fractioni::initialize(const propertybag *bag)
     }();
     Q_UNUSED(factoryinstalled);
 
-    const std::array<std::pair<QLineEdit **, QString>, 3> fields{{
-        {&wholepart, QStringLiteral("wholepart")},
-        {&numerator, QStringLiteral("numerator")},
-        {&denominator, QStringLiteral("denominator")},
-    }};
-    for (const auto &[member, name] : fields) {
-        auto *field = new part<QLineEdit>(this);
-        field->setObjectName(name);
-        field->setFrame(false);
-        // The field is exactly as wide as its text: the line edit's own inner margin is taken
-        // back, and one pixel more on the right leaves room for the caret.
-        field->setTextMargins(-2, 0, -3, 0);
-        // A value the control accepts is never cut short by its field.
-        field->setMaxLength(std::numeric_limits<int>::max());
-        *member = field;
-    }
-    lblgrip = new part<gripwidget>(this);
-    lblgrip->setObjectName(QStringLiteral("lblgrip"));
-    lblgrip->hide();
-    showforecolor();
-
-    // Initialize
+    // Initialize. The control's font and palette are in place before its parts are made, which
+    // inherit them rather than receive them through a change each.
     absorb([this] {
         m_tpx = twipsperpixelx(this);
         m_tpy = twipsperpixely(this);
@@ -245,6 +232,25 @@ void fractioni::initialize(const propertybag *bag)
         m_wholemembers = m_numermembers = m_denommembers = defaultmembers;
         startingup = true;
     });
+    showforecolor();
+    const std::array<std::pair<QLineEdit **, QString>, 3> fields{{
+        {&wholepart, QStringLiteral("wholepart")},
+        {&numerator, QStringLiteral("numerator")},
+        {&denominator, QStringLiteral("denominator")},
+    }};
+    for (const auto &[member, name] : fields) {
+        auto *field = new part<QLineEdit>(this);
+        field->setObjectName(name);
+        field->setFrame(false);
+        // The field is exactly as wide as its text: the line edit's own inner margin is taken
+        // back, and one pixel more on the right leaves room for the caret.
+        field->setTextMargins(-2, 0, -3, 0);
+        *member = field;
+    }
+    lblgrip = new part<gripwidget>(this);
+    lblgrip->setObjectName(QStringLiteral("lblgrip"));
+    lblgrip->hide();
+
     // The fields receive the new control's value once its font is final: a text laid out in the
     // font of the start would be laid out again for the zoom to the initial size.
     // A restored control starts from the empty value and takes only what its bag holds.

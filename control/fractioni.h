@@ -348,6 +348,7 @@ private:
     bool validfractionpart(const QVariant &set, const QString &text) const;
     void reapply(void (fractioni::*setter)(const QString &), QString stored);
     void setfieldtext(QLineEdit *field, const QString &text);
+    void longenough(QLineEdit *field, qsizetype length);
     bool allcharsallowed(const QVariant &set, const QString &text) const;
     bool charinset(const QVariant &set, const QString &ch) const;
     const QSet<QString> &membersof(const QVariant &set) const;
@@ -367,6 +368,7 @@ private:
     static QAction *pasteaction(const QMenu *menu);
     void fieldedited(QLineEdit *field, const QString &text);
     void watchedits(QLineEdit *field, const QEvent *event);
+    void watchedits(QLineEdit *field);
     bool refusedkey(QLineEdit *field, const QKeyEvent *key);
     void updatefocusproxy();
     bool usermode() const;

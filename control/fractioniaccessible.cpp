@@ -325,16 +325,21 @@ public:
     // Editing through an assistive technology counts as typing: the value follows the field.
     void deleteText(int start, int end) override
     {
+        control()->watchedits(field());
         field()->setSelection(start, end - start);
         field()->del();
     }
     void insertText(int offset, const QString &text) override
     {
+        control()->watchedits(field());
+        control()->longenough(field(), field()->text().size() + text.size());
         field()->setCursorPosition(offset);
         field()->insert(text);
     }
     void replaceText(int start, int end, const QString &text) override
     {
+        control()->watchedits(field());
+        control()->longenough(field(), field()->text().size() + text.size());
         field()->setSelection(start, end - start);
         field()->insert(text);
     }

@@ -97,9 +97,12 @@ bool fractioni::typedmove(QLineEdit *field, const QKeyEvent *key)
 
 bool fractioni::pastefraction(QLineEdit *field)
 {
+    const QString pasted = QGuiApplication::clipboard()->text();
+    // Pasted as the text it is, it is not cut short by the field.
+    longenough(field, field->text().size() + pasted.size());
     if (m_fractype != fracnumeric || field->isReadOnly())
         return false;
-    std::optional<QStringList> record = fractionof(QGuiApplication::clipboard()->text());
+    std::optional<QStringList> record = fractionof(pasted);
     if (!record || (record->at(1).isEmpty() && record->at(2).isEmpty()))
         return false;
     // A fraction that would change a locked part is pasted as the text it is.

@@ -149,8 +149,10 @@ void fractioni::fontchanged()
         QWidget::setFont(m_font);
     const double size = pointsize(m_font);
     for (QWidget *field : {static_cast<QWidget *>(wholepart), static_cast<QWidget *>(numerator),
-                           static_cast<QWidget *>(denominator)})
-        setcontrolfont(field, m_font, size);
+                           static_cast<QWidget *>(denominator)}) {
+        if (field)
+            setcontrolfont(field, m_font, size);
+    }
 }
 
 double fractioni::textwidth(const QWidget *field, const QString &text) const

@@ -5,10 +5,12 @@
 #include "modfracglobal.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QHash>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QSet>
 
 #include <bitset>
@@ -507,22 +509,40 @@ bool fractioni::eventFilter(QObject *watched, QEvent *event)
 
 void fractioni::watchedits(QLineEdit *field, const QEvent *event)
 {
-    // A field is edited only through its events (keys, input methods, the mouse, its menu, a
-    // drop): it is watched for edits from the first of them on, so that a field nobody touches
-    // costs no connection.
+    // A field is edited through its events (keys, input methods, the mouse, its menu, a drop)
+    // or an assistive technology: it is watched for edits from the first of them on, so that a
+    // field nobody touches costs no connection. What an event brings may not be cut short by
+    // the field's length limit.
+    qsizetype incoming = 0;
     switch (event->type()) {
-    case QEvent::FocusIn:
     case QEvent::KeyPress:
+        incoming = static_cast<const QKeyEvent *>(event)->text().size();
+        break;
     case QEvent::InputMethod:
-    case QEvent::MouseButtonPress:
+        incoming = static_cast<const QInputMethodEvent *>(event)->commitString().size();
+        break;
     case QEvent::MouseButtonRelease:
+        if (static_cast<const QMouseEvent *>(event)->button() == Qt::MiddleButton)
+            incoming = QGuiApplication::clipboard()->text(QClipboard::Selection).size();
+        break;
+    case QEvent::Drop:
+        if (const QMimeData *data = static_cast<const QDropEvent *>(event)->mimeData())
+            incoming = data->text().size();
+        break;
+    case QEvent::FocusIn:
+    case QEvent::MouseButtonPress:
     case QEvent::ContextMenu:
     case QEvent::DragEnter:
-    case QEvent::Drop:
         break;
     default:
         return;
     }
+    watchedits(field);
+    longenough(field, field->text().size() + incoming);
+}
+
+void fractioni::watchedits(QLineEdit *field)
+{
     const int bit = field == wholepart ? 1 : field == numerator ? 2 : 4;
     if (m_editswatched & bit)
         return;

@@ -8,6 +8,8 @@
 
 #include <QLineEdit>
 
+#include <limits>
+
 namespace kelfractionint {
 
 namespace {
@@ -26,14 +28,24 @@ QString trimblanks(const QString &text)
 
 } // namespace
 
+void fractioni::longenough(QLineEdit *field, qsizetype length)
+{
+    // A value the control accepts is never cut short by its field. The field's limit is lifted
+    // when a longer text comes, or when the user may type: lifting it lays the text out again.
+    if (length > field->maxLength())
+        field->setMaxLength(std::numeric_limits<int>::max());
+}
+
 void fractioni::setfieldtext(QLineEdit *field, const QString &text)
 {
     // While the control is created its fields stay empty (see the constructor).
     if (m_fieldtextsdeferred)
         return;
     // Re-setting equal text would reset the caret and the undo history of the user's edit.
-    if (field->text() != text)
+    if (field->text() != text) {
+        longenough(field, text.size());
         field->setText(text);
+    }
 }
 
 void fractioni::reapply(void (fractioni::*setter)(const QString &), QString stored)
