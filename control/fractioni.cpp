@@ -214,6 +214,7 @@ void fractioni::initialize(const propertybag *bag)
     // Initialize. The control's font and palette are in place before its parts are made, which
     // inherit them rather than receive them through a change each.
     absorb([this] {
+        m_startratio = devicePixelRatioF();
         m_tpx = twipsperpixelx(this);
         m_tpy = twipsperpixely(this);
         lastwidth = twipwidth();
@@ -276,6 +277,7 @@ void fractioni::initialize(const propertybag *bag)
     // tab order reach the fields; the control itself is never a stop of the tab chain.
     setFocusPolicy(Qt::TabFocus);
     updatefocusproxy();
+    m_startratio = 0;
 }
 
 fractioni::~fractioni()

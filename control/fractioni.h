@@ -411,6 +411,7 @@ private:
     void liftdenominator();
     double textwidth(const QWidget *field, const QString &text) const;
     double textheight(const QWidget *field, const QString &text) const;
+    qreal pixelratio() const;
     double twipwidth() const;
     double twipheight() const;
     void settwipsize(double width, double height);
@@ -500,6 +501,7 @@ private:
     bool m_initializing = false;
     double m_tpx = 15;
     double m_tpy = 15;
+    qreal m_startratio = 0;
     QSize m_hintedsize;
     std::optional<layoutstate> m_lastlayout;
     double m_separatoroffset = 0;

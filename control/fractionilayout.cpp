@@ -64,6 +64,13 @@ private:
 
 } // namespace
 
+qreal fractioni::pixelratio() const
+{
+    // Until it is made, the control is on no window yet, and finding its screen costs more than
+    // the rest of a layout: the ratio of the start is used, looked up once.
+    return m_startratio > 0 ? m_startratio : devicePixelRatioF();
+}
+
 double fractioni::twipwidth() const
 {
     return width() * m_tpx;
@@ -217,7 +224,7 @@ fractioni::arrangement fractioni::currentarrangement() const
             denominator->text(),
             wholepart->font(),
             denominator->font(),
-            devicePixelRatioF()};
+            pixelratio()};
 }
 
 void fractioni::liftdenominator()
@@ -228,7 +235,7 @@ void fractioni::liftdenominator()
     // or the edge, where a digit touching it would look cut off.
     const int limit = height() - 1;
     const int lift = fractionpaint::denominatorlift(denominator->font(), denominator->height(), denominator->y(),
-                                                     denominator->text(), limit, devicePixelRatioF());
+                                                     denominator->text(), limit, pixelratio());
     if (denominator->textMargins().bottom() != lift)
         denominator->setTextMargins(-2, -lift, -3, lift);
 }
@@ -349,7 +356,7 @@ void fractioni::paintseparator(QPainter &painter) const
     const QRect &wider = m_separatoroffset < 0 ? denom : numer;
     // Over a field without width (an empty control) the separator has no length: nothing shows.
     if (wider.width() > 0) {
-        const qreal dpr = devicePixelRatioF();
+        const qreal dpr = pixelratio();
         // Between the numerator's ink and the denominator's ink rather than between the fields,
         // which overlap the glyphs: a line there would be flat or run through the digits.
         const double numerbottom =
