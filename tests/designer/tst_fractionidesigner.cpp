@@ -63,8 +63,6 @@ QString designedmismatches(const QWidget *form)
     QString out;
     for (const auto &[control, design] : {std::pair{"fraction", &designed}, std::pair{"folded", &folded}}) {
         const auto *each = form->findChild<fractioni *>(QLatin1String(control));
-        if (!each)
-            return QStringLiteral("no control %1").arg(QLatin1String(control));
         propertyvalues values = *design;
         if (design == &folded)
             values << qMakePair("Backcolor", QVariant(kelfractionint::ambient::backcolor(each)))
