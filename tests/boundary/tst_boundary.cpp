@@ -346,8 +346,7 @@ private Q_SLOTS:
         auto *gone = new fractioni;
         dialog.setSelectedControls({ui.refused, ui.lockedfirst, gone});
         delete gone;
-        for (QObject *object : {static_cast<QObject *>(&delegate), static_cast<QObject *>(dialog.pages().at(0)),
-                                static_cast<QObject *>(dialog.pages().at(1))}) {
+        for (QObject *object : QObjectList{&delegate, dialog.pages().at(0), dialog.pages().at(1)}) {
             sweep(object, [&](const QMetaProperty &p, const QMetaMethod &) {
                 for (const QVariant &value : hostilevalues())
                     p.write(object, value);
