@@ -73,30 +73,28 @@ private Q_SLOTS:
     void geometry_data()
     {
         QTest::addColumn<QStringList>("record");
-        QTest::addColumn<int>("border");
-        QTest::addColumn<bool>("grip");
+        QTest::addColumn<int>("frame"); // 0 none, 1 a border, 2 a border and the grip
 
         // A record without numerator and denominator hides the fraction part.
-        QTest::newRow("narrower numerator shifts the numerator") << QStringList{"3", "1", "12"} << 0 << false;
-        QTest::newRow("wider numerator shifts the denominator") << QStringList{"-2", "123", "4"} << 1 << false;
-        QTest::newRow("equal lengths give no shift") << QStringList{"2", "11", "88"} << 0 << false;
-        QTest::newRow("hidden whole part centres the fraction") << QStringList{"", "1", "12"} << 0 << false;
-        QTest::newRow("hidden whole part with border") << QStringList{"", "123", "4"} << 1 << false;
-        QTest::newRow("hidden fraction part") << QStringList{"15", "", ""} << 0 << false;
-        QTest::newRow("grip counts in the width") << QStringList{"4", "1", "7"} << 1 << true;
+        QTest::newRow("narrower numerator shifts the numerator") << QStringList{"3", "1", "12"} << 0;
+        QTest::newRow("wider numerator shifts the denominator") << QStringList{"-2", "123", "4"} << 1;
+        QTest::newRow("equal lengths give no shift") << QStringList{"2", "11", "88"} << 0;
+        QTest::newRow("hidden whole part centres the fraction") << QStringList{"", "1", "12"} << 0;
+        QTest::newRow("hidden whole part with border") << QStringList{"", "123", "4"} << 1;
+        QTest::newRow("hidden fraction part") << QStringList{"15", "", ""} << 0;
+        QTest::newRow("grip counts in the width") << QStringList{"4", "1", "7"} << 2;
     }
 
     void geometry()
     {
         QFETCH(QStringList, record);
-        QFETCH(int, border);
-        QFETCH(bool, grip);
+        QFETCH(int, frame);
 
         testsupport::form s;
         QVERIFY(s.show());
         fractioni &c = *s.control;
-        c.setBorderstyle(fractioni::fracBorderstyle(border));
-        c.setUserresizeable(grip);
+        c.setBorderstyle(fractioni::fracBorderstyle(frame > 0));
+        c.setUserresizeable(frame == 2);
         c.setFracpartvisible(!record.at(1).isEmpty());
         c.loadfraction(record);
         c.Refreshfraction();
@@ -114,7 +112,7 @@ private Q_SLOTS:
         QCOMPARE(denom->width(), px(fracwidth));
 
         // The control: gaps of two pixels, the visible children and the centring offset.
-        const double gap = 2, B = border;
+        const double gap = 2, B = frame > 0;
         const double d = c.Numeratorvalue().size() == c.Denominatorvalue().size() ? 0
             : (metrics.horizontalAdvance(c.Numeratorvalue()) - metrics.horizontalAdvance(c.Denominatorvalue())) / 2;
         const double width = (2 * B + 3) * gap + (numer->isHidden() ? 0 : numer->width())
