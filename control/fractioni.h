@@ -409,6 +409,18 @@ private:
     };
     arrangement currentarrangement() const;
     void liftdenominator();
+    // What the denominator's lift was last measured from, and the lift.
+    struct liftinputs
+    {
+        QFont font;
+        QString text;
+        int height = 0;
+        int top = 0;
+        int limit = 0;
+        qreal dpr = 0;
+        int lift = 0;
+        bool known = false;
+    };
     double textwidth(const QWidget *field, const QString &text) const;
     double textheight(const QWidget *field, const QString &text) const;
     qreal pixelratio() const;
@@ -506,6 +518,7 @@ private:
     std::optional<layoutstate> m_lastlayout;
     double m_separatoroffset = 0;
     arrangement m_arranged;
+    liftinputs m_lastlift;
 
     // The error of the last failing call
     int m_errornumber = 0;

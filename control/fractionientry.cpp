@@ -141,7 +141,7 @@ bool fractioni::answeredshortcut(QLineEdit *field, QKeyEvent *key)
     if (key->text().size() > 1)
         return false;
     const quint64 asked = quint64(quint32(key->key()) | quint32(key->modifiers()))
-                        | quint64(key->text().isEmpty() ? 0 : key->text().front().unicode()) << 32
+                        | quint64(key->text().isEmpty() ? 0 : key->text().at(0).unicode()) << 32
                         | quint64(!key->text().isEmpty()) << 48 | quint64(field->isReadOnly()) << 49
                         | quint64(key->isAccepted()) << 50;
     struct answer

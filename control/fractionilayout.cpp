@@ -234,8 +234,17 @@ void fractioni::liftdenominator()
     // the control's edge or its border. The last row stays clear of ink either way: the border's,
     // or the edge, where a digit touching it would look cut off.
     const int limit = height() - 1;
-    const int lift = fractionpaint::denominatorlift(denominator->font(), denominator->height(), denominator->y(),
-                                                     denominator->text(), limit, pixelratio());
+    const QFont &font = denominator->font();
+    const QString text = denominator->text();
+    const qreal dpr = pixelratio();
+    // Each keystroke lays out again; the lift changes only with what it is measured from.
+    liftinputs &last = m_lastlift;
+    if (!last.known || last.height != denominator->height() || last.top != denominator->y() || last.limit != limit
+        || last.dpr != dpr || last.text != text || !(last.font.isCopyOf(font) || last.font == font)) {
+        last = {font, text, denominator->height(), denominator->y(), limit, dpr,
+                fractionpaint::denominatorlift(font, denominator->height(), denominator->y(), text, limit, dpr), true};
+    }
+    const int lift = last.lift;
     if (denominator->textMargins().bottom() != lift)
         denominator->setTextMargins(-2, -lift, -3, lift);
 }

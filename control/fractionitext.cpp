@@ -375,7 +375,7 @@ bool fractioni::editingkey(const QKeyEvent *key)
         if (isstandardkey(key, standard))
             return true;
     }
-    return !key->text().isEmpty() && key->text().front().isPrint()
+    return !key->text().isEmpty() && key->text().at(0).isPrint()
         && !(key->modifiers() & (Qt::ControlModifier | Qt::MetaModifier));
 }
 
@@ -384,7 +384,7 @@ bool fractioni::refusedkey(QLineEdit *field, const QKeyEvent *key)
     // A typed character that the part cannot hold never appears in its field: the value gets the
     // text it would have made, with the same assignment and events as when the field showed it,
     // but the field's text, and so what a screen reader echoes, does not change.
-    if (field->isReadOnly() || !typedcharacter(key) || !key->text().front().isPrint())
+    if (field->isReadOnly() || !typedcharacter(key) || !key->text().at(0).isPrint())
         return false;
     QString text = field->text();
     const int at = field->hasSelectedText() ? field->selectionStart() : field->cursorPosition();
