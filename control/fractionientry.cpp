@@ -134,7 +134,7 @@ bool fractioni::entrykey(QLineEdit *field, const QKeyEvent *key)
 bool fractioni::answeredshortcut(QLineEdit *field, QKeyEvent *key)
 {
     // Before a key press reaches a field, the window's shortcuts ask the field whether it takes
-    // the key itself, and a line edit answers from some thirty lookups of the platform's key
+    // the key itself, and a line edit answers from some fifteen lookups of the platform's key
     // bindings. Its answer depends on nothing but the key, its modifiers and text, whether the
     // field is read-only and whether the question came accepted: the answers it gave are kept
     // and given again in its place.
