@@ -213,6 +213,7 @@ void fractioni::initialize(const propertybag *bag)
 
     // Initialize. The control's font and palette are in place before its parts are made, which
     // inherit them rather than receive them through a change each.
+    m_zoomingstart = !bag;
     absorb([this] {
         m_startratio = devicePixelRatioF();
         m_tpx = twipsperpixelx(this);
@@ -234,6 +235,15 @@ void fractioni::initialize(const propertybag *bag)
         startingup = true;
     });
     showforecolor();
+    if (m_zoomingstart) {
+        absorb([this] {
+            const QFont zoomed = startzoomfont();
+            m_adoptingfont = true;
+            QWidget::setFont(zoomed);
+            m_adoptingfont = false;
+        });
+        m_zoomingstart = false;
+    }
     const std::array<std::pair<QLineEdit **, QString>, 3> fields{{
         {&wholepart, QStringLiteral("wholepart")},
         {&numerator, QStringLiteral("numerator")},
@@ -263,6 +273,12 @@ void fractioni::initialize(const propertybag *bag)
             InitProperties();
     });
     m_fieldtextsdeferred = false;
+    if (m_startfont) {
+        // The zoom found the font it was made in already, or did not take place: the control is
+        // in its own font either way.
+        m_startfont.reset();
+        fontchanged();
+    }
     setfieldtext(wholepart, m_wholepart);
     setfieldtext(numerator, m_numerator);
     setfieldtext(denominator, m_denominator);

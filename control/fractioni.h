@@ -391,7 +391,10 @@ private:
     void resizeprocedure();
     void sizecontrol(QWidget *child, double width, double height);
     void placecontrol(QWidget *child, double left, double top);
+    QFont builtfont(const QFont &source, double size) const;
     void setcontrolfont(QWidget *control, const QFont &source, double size);
+    QFont startzoomfont();
+    const QFont &measuredfont(const QWidget *field) const;
     double centeroffset(const QString &numer, const QString &denom) const;
     double arrangefields();
     // What the fields' placement depends on and what it produced, as it was last done.
@@ -479,6 +482,8 @@ private:
     bool m_fracpartvisible = true;
     quint32 m_shownforecolor = 0;
     bool m_styledfields = false;
+    qint64 m_surfacekey = 0;
+    QRgb m_surfaceink = 0;
     bool m_fontisambient = false;
     bool m_adoptingfont = false;
 
@@ -514,6 +519,8 @@ private:
     double m_tpx = 15;
     double m_tpy = 15;
     qreal m_startratio = 0;
+    std::optional<QFont> m_startfont;
+    bool m_zoomingstart = false;
     QSize m_hintedsize;
     std::optional<layoutstate> m_lastlayout;
     double m_separatoroffset = 0;

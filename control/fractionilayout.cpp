@@ -117,12 +117,19 @@ void fractioni::placecontrol(QWidget *child, double left, double top)
         child->move(place);
 }
 
-void fractioni::setcontrolfont(QWidget *control, const QFont &source, double size)
+QFont fractioni::builtfont(const QFont &source, double size) const
 {
+    // Controls on a form mostly ask for equal fonts: the last one is built once and shared.
+    static QFont lastsource;
+    static double lastsize = -1;
+    static QFont lastfont;
+    QString family = source.family();
+    const bool named = !family.trimmed().isEmpty();
+    if (named && size == lastsize && source == lastsource)
+        return lastfont;
     // A font without a family cannot be saved (Qt crashes serializing it): the control never
     // holds one and takes the container's family instead.
-    QString family = source.family();
-    if (family.trimmed().isEmpty())
+    if (!named)
         family = ambient::font(this).family();
     if (family.trimmed().isEmpty())
         family = QGuiApplication::font().family();
@@ -130,12 +137,20 @@ void fractioni::setcontrolfont(QWidget *control, const QFont &source, double siz
     font.setBold(source.bold());
     font.setItalic(source.italic());
     font.setPointSizeF(std::isfinite(size) ? std::clamp(size, minfontsize, maxfontsize) : minfontsize);
-    // Controls on a form mostly have equal fonts: they share one copy of it.
-    static QFont lastfont;
     if (font == lastfont)
         font = lastfont;
     else
         lastfont = font;
+    if (named) {
+        lastsource = source;
+        lastsize = size;
+    }
+    return font;
+}
+
+void fractioni::setcontrolfont(QWidget *control, const QFont &source, double size)
+{
+    const QFont font = builtfont(source, size);
     // Fonts are only set when they change: setting a widget's font re-polishes and re-lays it out.
     if (control == this) {
         m_fontbuilt = true;
@@ -148,28 +163,55 @@ void fractioni::setcontrolfont(QWidget *control, const QFont &source, double siz
     }
 }
 
+QFont fractioni::startzoomfont()
+{
+    // A new control is laid out in its font of the start, without a border, and then zoomed to its
+    // size of the start (600 x 600 twips; see initproperties): the height of two lines of the
+    // font gives the zoom. Its parts are made in the zoomed font, so that the zoom finds them in
+    // it already; the layout before the zoom measures in the font of the start.
+    // (The control's own font when equal, so that its measures are found as a copy of it.)
+    const QFont inherited = m_font.resolve(QWidget::font());
+    m_startfont = inherited == m_font ? m_font : inherited;
+    const int line = std::clamp(topixels(fractionpaint::fontlineheight(*m_startfont) * m_tpy, m_tpy), 0, maxpixels);
+    const int laid = std::clamp(topixels(2 * (line * m_tpy), m_tpy), 0, maxpixels);
+    const int start = std::clamp(topixels(600, m_tpy), 0, maxpixels);
+    if (laid <= 0 || start <= 0)
+        return m_font;
+    return builtfont(m_font, pointsize(m_font) * ((start * m_tpy) / (laid * m_tpy)));
+}
+
+const QFont &fractioni::measuredfont(const QWidget *field) const
+{
+    return field != lblgrip && m_startfont.has_value() ? *m_startfont : field->font();
+}
+
 void fractioni::fontchanged()
 {
+    m_startfont.reset();
     // The control's Font property shadows QWidget::setFont; the widget's own font follows it,
-    // and the fields inherit it, so that the checks below mostly find nothing to do.
+    // and the fields inherit it, so that the checks below mostly find nothing to do. A new
+    // control's widget takes the zoomed font of the start at once (see startzoomfont).
+    if (m_zoomingstart)
+        return;
     if (QWidget::font() != m_font)
         QWidget::setFont(m_font);
-    const double size = pointsize(m_font);
+    const QFont fieldfont = builtfont(m_font, pointsize(m_font));
     for (QWidget *field : {static_cast<QWidget *>(wholepart), static_cast<QWidget *>(numerator),
                            static_cast<QWidget *>(denominator)}) {
-        if (field)
-            setcontrolfont(field, m_font, size);
+        if (field && field->font() != fieldfont)
+            field->setFont(fieldfont);
     }
 }
 
 double fractioni::textwidth(const QWidget *field, const QString &text) const
 {
-    return fractionpaint::textadvance(field->font(), fractionpaint::visibletext(field->font(), text)) * m_tpx;
+    const QFont &font = measuredfont(field);
+    return fractionpaint::textadvance(font, fractionpaint::visibletext(font, text)) * m_tpx;
 }
 
 double fractioni::textheight(const QWidget *field, const QString &) const
 {
-    return fractionpaint::fontlineheight(field->font()) * m_tpy;
+    return fractionpaint::fontlineheight(measuredfont(field)) * m_tpy;
 }
 
 fractioni::layoutstate fractioni::currentlayoutstate() const

@@ -39,21 +39,26 @@ void fractioni::showforecolor()
     // inherit both from the control's palette, which they share rather than each holding one.
     // A system colour is looked up each time it is shown.
     const QColor color = systemcolor(m_shownforecolor);
-    // Brushes are shared: most controls show the same few colours.
-    static const QBrush transparent(Qt::transparent);
-    static QBrush lastink;
-    QPalette surface = palette();
-    bool current = true;
-    for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
-        current = current && surface.brush(group, QPalette::Base) == transparent
-            && surface.brush(group, QPalette::Text).color() == color;
-    }
-    if (!current) {
-        if (lastink.color() != color || lastink.style() != Qt::SolidPattern)
-            lastink = QBrush(color);
-        surface.setBrush(QPalette::Base, transparent);
-        surface.setBrush(QPalette::Text, lastink);
-        setPalette(surface);
+    // The palette as this left it, in the same colour, needs nothing.
+    if (palette().cacheKey() != m_surfacekey || color.rgba() != m_surfaceink) {
+        // Brushes are shared: most controls show the same few colours.
+        static const QBrush transparent(Qt::transparent);
+        static QBrush lastink;
+        QPalette surface = palette();
+        bool current = true;
+        for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+            current = current && surface.color(group, QPalette::Base).rgba() == 0
+                && surface.color(group, QPalette::Text) == color;
+        }
+        if (!current) {
+            if (lastink.color() != color || lastink.style() != Qt::SolidPattern)
+                lastink = QBrush(color);
+            surface.setBrush(QPalette::Base, transparent);
+            surface.setBrush(QPalette::Text, lastink);
+            setPalette(surface);
+        }
+        m_surfacekey = palette().cacheKey();
+        m_surfaceink = color.rgba();
     }
     if (m_styledfields)
         stylefields();
