@@ -325,6 +325,9 @@ private Q_SLOTS:
             QCOMPARE(bag.readproperty(expected.last()).toUInt(), kelfractionint::olecolor::buttonface);
         }
         QCOMPARE(bag.keys(), expected << QStringLiteral("Font"));
+        // The edit boxes' colour is the form's, though the control's own base is its fields'.
+        control.setBackcolor(kelfractionint::olecolor::window);
+        QCOMPARE(control.Picture().toImage().pixelColor(0, 0), form.palette().color(QPalette::Base));
 
         QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(&control);
         QCOMPARE(accessible->text(QAccessible::Name), QStringLiteral("fraction"));
