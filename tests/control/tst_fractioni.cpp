@@ -292,8 +292,9 @@ private Q_SLOTS:
         const QKeySequence sequence(keys);
         for (int i = 0; i < sequence.count(); ++i) {
             const QKeyCombination key = sequence[i];
-            const QString text = key.keyboardModifiers() ? QString(QChar(key.key() - Qt::Key_A + 1))
-                                                         : texts.value(key.key(), QString(QChar(key.key())).toLower());
+            const QString text = key.keyboardModifiers()       ? QString(QChar(key.key() - Qt::Key_A + 1))
+                               : texts.contains(key.key()) ? texts.value(key.key())
+                                                           : QString(QChar(key.key())).toLower();
             QKeyEvent event(QEvent::KeyPress, key.key(), key.keyboardModifiers(), text);
             QApplication::sendEvent(wholepart, &event);
         }
