@@ -18,6 +18,7 @@
 #include <QStyle>
 #include <QStyleOption>
 
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -119,14 +120,23 @@ void fractioni::placecontrol(QWidget *child, double left, double top)
 
 QFont fractioni::builtfont(const QFont &source, double size) const
 {
-    // Controls on a form mostly ask for equal fonts: the last one is built once and shared.
-    static QFont lastsource;
-    static double lastsize = -1;
-    static QFont lastfont;
+    // Controls on a form mostly ask for the same few fonts: each is built once and shared.
+    struct built
+    {
+        QFont source;
+        double size = -1;
+        QFont font;
+    };
+    static std::array<built, 4> recent;
+    static std::size_t next = 0;
     QString family = source.family();
     const bool named = !family.trimmed().isEmpty();
-    if (named && size == lastsize && source == lastsource)
-        return lastfont;
+    if (named) {
+        for (const built &known : recent) {
+            if (known.size == size && known.source == source)
+                return known.font;
+        }
+    }
     // A font without a family cannot be saved (Qt crashes serializing it): the control never
     // holds one and takes the container's family instead.
     if (!named)
@@ -137,13 +147,13 @@ QFont fractioni::builtfont(const QFont &source, double size) const
     font.setBold(source.bold());
     font.setItalic(source.italic());
     font.setPointSizeF(std::isfinite(size) ? std::clamp(size, minfontsize, maxfontsize) : minfontsize);
-    if (font == lastfont)
-        font = lastfont;
-    else
-        lastfont = font;
+    for (const built &known : recent) {
+        if (known.font == font)
+            font = known.font;
+    }
     if (named) {
-        lastsource = source;
-        lastsize = size;
+        recent[next] = {source, size, font};
+        next = (next + 1) % recent.size();
     }
     return font;
 }
