@@ -340,6 +340,7 @@ private:
 
     private:
         QPointer<fractioni> m_control;
+        bool m_recorded = false;
     };
     bool validfieldtext(const QLineEdit *field, const QString &text) const;
     bool validwholetext(const QString &text) const;

@@ -17,25 +17,24 @@ namespace kelfractionint {
 
 fractioni::valuebatch::valuebatch(fractioni *control) : m_control(control)
 {
-    if (m_control->m_valuedepth++ == 0)
+    // The value before is recorded only for someone who listens when the change starts.
+    static const QMetaMethod signal = QMetaMethod::fromSignal(&fractioni::valueChanged);
+    if (m_control->m_valuedepth++ == 0 && m_control->isSignalConnected(signal)) {
         m_control->m_valuebefore = fractiontoarray(m_control);
+        m_recorded = true;
+    }
 }
 
 fractioni::valuebatch::~valuebatch()
 {
     // A handler may have deleted the control.
-    if (!m_control || --m_control->m_valuedepth != 0)
+    if (!m_control || --m_control->m_valuedepth != 0 || !m_recorded)
         return;
     try {
         // Listeners' calls keep their own records, as for the control's other signals.
         // The record before is dropped with the batch: a control at rest holds none.
-        if (fractiontoarray(m_control) != std::exchange(m_control->m_valuebefore, {})) {
-            m_control->emitsafely([this] {
-                // The text is written only for someone who reads it.
-                static const QMetaMethod signal = QMetaMethod::fromSignal(&fractioni::valueChanged);
-                Q_EMIT m_control->valueChanged(m_control->isSignalConnected(signal) ? m_control->value() : QString());
-            });
-        }
+        if (fractiontoarray(m_control) != std::exchange(m_control->m_valuebefore, {}))
+            m_control->emitsafely([this] { Q_EMIT m_control->valueChanged(m_control->value()); });
     } catch (...) {
         // The notification never turns a finished change into a failure.
     }

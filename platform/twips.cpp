@@ -11,9 +11,9 @@ namespace kelfractionint {
 namespace {
 const QScreen *screenof(const QWidget *widget)
 {
-    if (widget && widget->screen())
-        return widget->screen();
-    return QGuiApplication::primaryScreen();
+    // A widget's screen is looked up once: finding it costs much before the widget is shown.
+    const QScreen *screen = widget ? widget->screen() : nullptr;
+    return screen ? screen : QGuiApplication::primaryScreen();
 }
 
 double perpixel(double dpi)
