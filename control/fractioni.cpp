@@ -256,6 +256,8 @@ void fractioni::initialize(const propertybag *bag)
         // The field is exactly as wide as its text: the line edit's own inner margin is taken
         // back, and one pixel more on the right leaves room for the caret.
         field->setTextMargins(-2, 0, -3, 0);
+        // Its size comes from the layout: shown before that, it is not sized to its own hint.
+        field->resize(0, 0);
         *member = field;
     }
     lblgrip = new part<gripwidget>(this);
