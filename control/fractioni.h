@@ -248,6 +248,10 @@ public:
     /*! Forgets the recorded error, for callers that check several calls at once. */
     void clearlasterror();
 
+    /*! \a color (an OLE colour) as the control shows it: a system colour is read from the
+     *  palette the control is painted with. */
+    QColor systemcolor(quint32 color) const;
+
     // Lifecycle with the container
     /*! Assigns the values of a new control (4 1/7, the container's colours and font, 600 x 600
      *  twips). The constructor without a bag runs it. */
@@ -323,7 +327,6 @@ private:
     void raisevaluechanged(QString oldsign, QString oldwhole, QString oldnumer, QString olddenom, QString newsign);
     void setforecolors(quint32 olecolor);
     void showforecolor();
-    QColor systemcolor(quint32 color) const;
     void stylefields();
     void absorbfont(const QFont &font);
     void watchfield(QLineEdit *field, QEvent *event);

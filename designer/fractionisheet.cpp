@@ -107,8 +107,7 @@ QVariant fractionisheet::property(int index) const
     // in the editor replaces it, and the form keeps the system colour's number.
     if (iscolour(name) && m_control
         && (value.toUInt() <= 0xFFFFFFu || kelfractionint::olecolor::issystem(value.toUInt())))
-        return kelfractionint::olecolor::toqcolor(
-            value.toUInt(), m_control->parentWidget() ? m_control->parentWidget()->palette() : m_control->palette());
+        return m_control->systemcolor(value.toUInt());
     return value;
 }
 
