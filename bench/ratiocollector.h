@@ -8,6 +8,9 @@
 #include <QByteArray>
 #include <QtGlobal>
 
+#include <algorithm>
+#include <cstdint>
+#include <ctime>
 #include <map>
 #include <string>
 #include <vector>
@@ -41,6 +44,45 @@ public:
     std::map<std::string, double> results;
     std::map<std::string, double> counters;
 };
+
+/*! CPU time of the calling thread in nanoseconds: on a shared machine the wall clock also counts the
+ *  other processes. */
+inline std::int64_t threadcputime()
+{
+    timespec now{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return std::int64_t(now.tv_sec) * 1000000000 + now.tv_nsec;
+}
+
+/*! The median and the quartiles of a sample. */
+struct spread
+{
+    double median = 0;
+    double low = 0;  // first quartile
+    double high = 0; // third quartile
+};
+
+/*! The spread of a[i] / b[i], for times measured in pairs (round i timed a and b back to back):
+ *  a burst of load that slows one round slows both of its times, and the median leaves out the
+ *  rounds it slowed unevenly. */
+inline spread pairedratios(const std::vector<double> &a, const std::vector<double> &b)
+{
+    std::vector<double> ratios;
+    for (std::size_t i = 0; i < a.size() && i < b.size(); ++i) {
+        if (b[i] > 0)
+            ratios.push_back(a[i] / b[i]);
+    }
+    if (ratios.empty())
+        return {};
+    std::sort(ratios.begin(), ratios.end());
+    const auto at = [&](double p) {
+        const double place = p * double(ratios.size() - 1);
+        const auto below = std::size_t(place);
+        const std::size_t above = std::min(below + 1, ratios.size() - 1);
+        return ratios[below] + (ratios[above] - ratios[below]) * (place - double(below));
+    };
+    return {at(0.5), at(0.25), at(0.75)};
+}
 
 /*! The command line with the benchmarks repeated and interleaved, unless it says otherwise: on a
  *  shared machine a burst of load then spreads over all benchmarks instead of falling on one. */
