@@ -136,9 +136,8 @@ void fractiondelegate::paint(QPainter *painter, const QStyleOptionViewItem &opti
         fractionpaint::drawtext(painter, QPointF(n.left(), n.top() + ascent), numer);
         fractionpaint::drawtext(painter, QPointF(d.left(), d.top() - parts.denominatorlift + ascent), denom);
         if (!parts.separator.isNull()) {
-            painter->setRenderHint(QPainter::Antialiasing, m_fractionslash);
-            painter->setPen(QPen(color, parts.penwidth, Qt::SolidLine, Qt::FlatCap));
-            painter->drawLine(parts.separator.translated(origin));
+            fractionpaint::drawseparator(painter, parts.separator.translated(origin), color, parts.penwidth,
+                                         m_fractionslash);
         }
     }
     painter->restore();

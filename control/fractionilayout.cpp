@@ -427,10 +427,9 @@ void fractioni::paintseparator(QPainter &painter) const
                                                       denominator->textMargins().bottom(), dpr);
         const double linewidth = fractionpaint::fontlinewidth(numerator->font());
         const QLineF line = fractionpaint::separatorline(wider, numerbottom, denomtop, m_fractionslash, dpr, linewidth);
-        painter.setRenderHint(QPainter::Antialiasing, m_fractionslash);
         // Flat ends: a square cap would reach past the line's end toward the digits.
-        painter.setPen(QPen(separator, fractionpaint::separatorwidth(linewidth), Qt::SolidLine, Qt::FlatCap));
-        painter.drawLine(line);
+        fractionpaint::drawseparator(&painter, line, separator, fractionpaint::separatorwidth(linewidth),
+                                     m_fractionslash);
     }
     if (m_borderstyle != borderstylenone) {
         painter.setRenderHint(QPainter::Antialiasing, false);

@@ -7,6 +7,7 @@
 #include <QGuiApplication>
 #include <QHash>
 #include <QImage>
+#include <QPaintEngine>
 #include <QPainter>
 #include <QTextLayout>
 
@@ -307,6 +308,79 @@ qreal fontlineheight(const QFont &font)
 double separatorwidth(double linewidth)
 {
     return std::max(1.0, linewidth);
+}
+
+namespace {
+
+// Whether an image drawn by \a painter lands on whole pixels of an image that the raster engine
+// blends into as it blends a line: then a line drawn once into an image and copied gives the
+// very pixels that drawing the line there gives.
+bool copiesexactly(const QPainter *painter)
+{
+    const QPaintEngine *engine = painter->paintEngine();
+    if (!engine || engine->type() != QPaintEngine::Raster || painter->opacity() != 1.0
+        || painter->compositionMode() != QPainter::CompositionMode_SourceOver)
+        return false;
+    const QTransform matrix = painter->deviceTransform();
+    if (matrix.type() > QTransform::TxTranslate || matrix.dx() != std::floor(matrix.dx())
+        || matrix.dy() != std::floor(matrix.dy()))
+        return false;
+    const QPaintDevice *device = engine->paintDevice();
+    if (!device || device->devType() != QInternal::Image)
+        return false;
+    const QImage::Format format = static_cast<const QImage *>(device)->format();
+    return format == QImage::Format_ARGB32_Premultiplied || format == QImage::Format_RGB32;
+}
+
+} // namespace
+
+void drawseparator(QPainter *painter, const QLineF &line, const QColor &color, double width, bool antialiased)
+{
+    const QPen pen(color, width, Qt::SolidLine, Qt::FlatCap);
+    if (!copiesexactly(painter)) {
+        painter->setRenderHint(QPainter::Antialiasing, antialiased);
+        painter->setPen(pen);
+        painter->drawLine(line);
+        return;
+    }
+    // Each paint draws the same few separators again: each is drawn once, onto nothing, and
+    // copied after, which blends the same as drawing it (an image's pixels are the line's
+    // colour times its cover, which is what drawing blends).
+    struct drawn
+    {
+        QLineF line;
+        QRgb color = 0;
+        double width = 0;
+        bool antialiased = false;
+        QImage image;
+    };
+    static std::array<drawn, 8> known;
+    static std::size_t next = 0;
+    const QTransform matrix = painter->deviceTransform();
+    const QLineF device = matrix.map(line);
+    const double reach = width / 2 + 2;
+    const QPoint origin(int(std::floor(std::min(device.x1(), device.x2()) - reach)),
+                        int(std::floor(std::min(device.y1(), device.y2()) - reach)));
+    const QLineF local = device.translated(-origin);
+    auto found = std::find_if(known.begin(), known.end(), [&](const drawn &d) {
+        return !d.image.isNull() && d.line == local && d.color == color.rgba() && d.width == width
+            && d.antialiased == antialiased;
+    });
+    if (found == known.end()) {
+        const QSize size(int(std::ceil(std::max(local.x1(), local.x2()) + reach)),
+                         int(std::ceil(std::max(local.y1(), local.y2()) + reach)));
+        QImage image(size, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        QPainter onto(&image);
+        onto.setRenderHint(QPainter::Antialiasing, antialiased);
+        onto.setPen(pen);
+        onto.drawLine(local);
+        onto.end();
+        found = known.begin() + std::ptrdiff_t(next);
+        *found = {local, color.rgba(), width, antialiased, image};
+        next = (next + 1) % known.size();
+    }
+    painter->drawImage(QPointF(origin.x() - matrix.dx(), origin.y() - matrix.dy()), found->image);
 }
 
 QLineF separatorline(const QRect &wider, double numerbottom, double denomtop, bool slash, double devicepixelratio,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QFont>
 #include <QLineF>
 #include <QPointF>
@@ -37,6 +38,10 @@ qreal fontlineheight(const QFont &font);
 void drawtext(QPainter *painter, const QPointF &baseline, const QString &text);
 /*! The pen width of a separator in a font whose line width is \a linewidth. */
 double separatorwidth(double linewidth);
+/*! Draws \a line as a separator: a pen of \a width in \a color with flat ends, antialiased or
+ *  not; the painter's pen and hints may be changed. */
+void drawseparator(QPainter *painter, const QLineF &line, const QColor &color, double width, bool antialiased);
+
 /*! The separator over \a wider: a slash from its lower left to its upper right, or a bar,
  *  between the numerator's ink ending at \a numerbottom and the denominator's ink starting at
  *  \a denomtop, one device pixel clear of both where there is room. */
