@@ -395,6 +395,8 @@ private:
     void resizeprocedure();
     void sizecontrol(QWidget *child, double width, double height);
     void placecontrol(QWidget *child, double left, double top);
+    QSize &pendingsize(const QWidget *child);
+    void applysizes();
     QFont builtfont(const QFont &source, double size) const;
     void setcontrolfont(QWidget *control, const QFont &source, double size);
     QFont startzoomfont();
@@ -530,6 +532,8 @@ private:
     double m_separatoroffset = 0;
     arrangement m_arranged;
     liftinputs m_lastlift;
+    // The parts' sizes that the layout computed and gives them where it places them (invalid: none).
+    std::array<QSize, 4> m_pendingsizes;
 
     // The error of the last failing call
     int m_errornumber = 0;

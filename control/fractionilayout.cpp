@@ -14,6 +14,7 @@
 #include <QPaintEvent>
 #include <QPainter>
 #include <QResizeEvent>
+#include <QScopeGuard>
 #include <QShowEvent>
 #include <QStyle>
 #include <QStyleOption>
@@ -86,8 +87,27 @@ QRectF fractioni::twiprect(const QWidget *child) const
 {
     const double tx = m_tpx;
     const double ty = m_tpy;
-    const QRect r = child->geometry();
+    QRect r = child->geometry();
+    const QSize pending = const_cast<fractioni *>(this)->pendingsize(child);
+    if (pending.isValid())
+        r.setSize(pending);
     return {r.x() * tx, r.y() * ty, r.width() * tx, r.height() * ty};
+}
+
+QSize &fractioni::pendingsize(const QWidget *child)
+{
+    const std::size_t index = child == wholepart ? 0 : child == numerator ? 1 : child == denominator ? 2 : 3;
+    return m_pendingsizes[index];
+}
+
+void fractioni::applysizes()
+{
+    for (QWidget *child : {static_cast<QWidget *>(wholepart), static_cast<QWidget *>(numerator),
+                           static_cast<QWidget *>(denominator), static_cast<QWidget *>(lblgrip)}) {
+        const QSize size = std::exchange(pendingsize(child), QSize());
+        if (size.isValid() && (size != child->size() || !child->testAttribute(Qt::WA_Resized)))
+            child->resize(size);
+    }
 }
 
 void fractioni::settwipsize(double width, double height)
@@ -106,16 +126,24 @@ void fractioni::settwipsize(double width, double height)
 void fractioni::sizecontrol(QWidget *child, double width, double height)
 {
     const QSize size(std::clamp(topixels(width, m_tpx), 0, maxpixels), std::clamp(topixels(height, m_tpy), 0, maxpixels));
-    // Resizing to the size a child was already given changes nothing, and costs a lot per keystroke.
-    if (size != child->size() || !child->testAttribute(Qt::WA_Resized))
-        child->resize(size);
+    // The part is given its size where it is placed: moving and resizing a widget at once costs
+    // half of doing each, and a keystroke does both.
+    pendingsize(child) = size;
 }
 
 void fractioni::placecontrol(QWidget *child, double left, double top)
 {
     const QPoint place(topixels(left, m_tpx), topixels(top, m_tpy));
-    if (place != child->pos() || !child->testAttribute(Qt::WA_Moved))
+    const QSize size = std::exchange(pendingsize(child), QSize());
+    // Placing or sizing a part where it already is changes nothing, and costs a lot per keystroke.
+    const bool moves = place != child->pos() || !child->testAttribute(Qt::WA_Moved);
+    const bool resizes = size.isValid() && (size != child->size() || !child->testAttribute(Qt::WA_Resized));
+    if (moves && resizes)
+        child->setGeometry(QRect(place, size));
+    else if (moves)
         child->move(place);
+    else if (resizes)
+        child->resize(size);
 }
 
 QFont fractioni::builtfont(const QFont &source, double size) const
@@ -311,6 +339,8 @@ void fractioni::resizeprocedure()
     if (m_lastlayout && *m_lastlayout == state)
         return;
     resizeguard guard(inresize);
+    // Sizes the layout computed but did not get to place are given all the same.
+    const auto sized = qScopeGuard([this] { applysizes(); });
     const double W = twipwidth();
     const double H = twipheight();
     if (W <= 0 || H <= 0)
