@@ -1,4 +1,5 @@
-// Pictures of a set of controls and delegate cells, for comparing what is drawn before and after
+// Pictures of a set of controls and delegate cells, as grab() paints them and as they show on
+// screen, for comparing what is drawn before and after
 // a change to layout or painting code. Not a test: run it by hand, at each scale factor.
 //   bench_pictures write DIR        writes one PNG per case into DIR
 //   bench_pictures compare A B      names every case whose pixels or size differ; exit 1 if any
@@ -9,10 +10,12 @@
 #include "messageboxsink.h"
 
 #include <QApplication>
+#include <QBackingStore>
 #include <QDir>
 #include <QImage>
 #include <QLineEdit>
 #include <QPainter>
+#include <QScreen>
 #include <QStandardItemModel>
 #include <QTableView>
 
@@ -54,7 +57,26 @@ QList<fractioncase> cases()
     return all;
 }
 
-QImage controlpicture(const fractioncase &c, double points)
+// What \a widget shows on screen, painted as a repaint paints it; grab() paints into a pixmap,
+// where some drawing takes other paths.
+QImage onscreen(QWidget *widget)
+{
+    widget->repaint();
+    QApplication::processEvents();
+    const QRect area(widget->mapTo(widget->window(), QPoint(0, 0)), widget->size());
+    if (QGuiApplication::platformName() == QLatin1String("offscreen")) {
+        const auto *image = dynamic_cast<const QImage *>(widget->window()->backingStore()->paintDevice());
+        const qreal dpr = widget->devicePixelRatioF();
+        return image ? image->copy(QRectF(QPointF(area.topLeft()) * dpr, QSizeF(area.size()) * dpr).toAlignedRect())
+                     : QImage();
+    }
+    QApplication::sync();
+    return widget->screen()
+        ->grabWindow(widget->window()->winId(), area.x(), area.y(), area.width(), area.height())
+        .toImage();
+}
+
+QImage controlpicture(const fractioncase &c, double points, bool screen)
 {
     QWidget window;
     window.resize(900, 400);
@@ -76,10 +98,10 @@ QImage controlpicture(const fractioncase &c, double points)
     }
     window.show();
     QApplication::processEvents();
-    return control->grab().toImage();
+    return screen ? onscreen(control) : control->grab().toImage();
 }
 
-QImage tablepicture(bool slash, double points)
+QImage tablepicture(bool slash, double points, bool screen)
 {
     QStandardItemModel model(6, 2);
     const QStringList texts{"4 1/7", "-4 1/7", "3/8", "-12/5", "12 1/128", "-17"};
@@ -100,17 +122,20 @@ QImage tablepicture(bool slash, double points)
     view.resizeColumnsToContents();
     view.show();
     QApplication::processEvents();
-    return view.viewport()->grab().toImage();
+    return screen ? onscreen(view.viewport()) : view.viewport()->grab().toImage();
 }
 
 void eachpicture(const std::function<void(const QString &, const QImage &)> &take)
 {
     for (double points : {8.0, 9.0, 10.0, 12.0, 14.0, 18.0, 24.0, 32.0, 40.0}) {
         const QString size = QString::number(points);
-        for (const fractioncase &c : cases())
-            take(c.name + "_" + size, controlpicture(c, points));
-        for (bool slash : {true, false})
-            take(QStringLiteral("table_%1_%2").arg(slash ? "slash" : "bar", size), tablepicture(slash, points));
+        for (bool screen : {false, true}) {
+            const QString how = screen ? QStringLiteral("_screen") : QString();
+            for (const fractioncase &c : cases())
+                take(c.name + "_" + size + how, controlpicture(c, points, screen));
+            for (bool slash : {true, false})
+                take(QStringLiteral("table_%1_%2%3").arg(slash ? "slash" : "bar", size, how), tablepicture(slash, points, screen));
+        }
     }
 }
 
