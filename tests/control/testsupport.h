@@ -6,6 +6,8 @@
 #include "hostnumbers.h"
 
 #include <QApplication>
+#include <QBackingStore>
+#include <QImage>
 #include <QLineEdit>
 #include <QLocale>
 #include <QSignalSpy>
@@ -68,6 +70,17 @@ inline bool shown(QWidget *widget, bool active = false)
     if (active)
         widget->activateWindow();
     return active ? QTest::qWaitForWindowActive(widget) : QTest::qWaitForWindowExposed(widget);
+}
+
+// What \a widget shows in its window after a repaint, as the backing store holds it (a null image
+// where the store is not an image in memory).
+inline QImage onscreen(QWidget *widget)
+{
+    widget->repaint();
+    const auto *store = dynamic_cast<const QImage *>(widget->window()->backingStore()->paintDevice());
+    const qreal dpr = widget->devicePixelRatioF();
+    const QRectF area(QPointF(widget->mapTo(widget->window(), QPoint())) * dpr, QSizeF(widget->size()) * dpr);
+    return store ? store->copy(area.toRect()).convertToFormat(QImage::Format_RGB32) : QImage();
 }
 
 // A control in a shown, active window, as a user meets it.

@@ -267,6 +267,7 @@ private Q_SLOTS:
         QFETCH(drawn, row);
         const auto &[points, slash, border, record] = row;
         QWidget window;
+        window.resize(1000, 200);
         auto *control = new fractioni(&window);
         QVERIFY(testsupport::shown(&window));
         // Black on white, as the reference is drawn: antialiasing over another colour inks more pixels.
@@ -284,6 +285,9 @@ private Q_SLOTS:
 
         const QImage picture = control->Picture().toImage();
         const qreal dpr = picture.devicePixelRatio();
+        // The screen shows what the picture shows: a repaint copies separators drawn once before.
+        if (const QImage shown = testsupport::onscreen(control); !shown.isNull())
+            QCOMPARE(shown, picture.convertToFormat(QImage::Format_RGB32));
         const int edge = int(border * dpr);
         const QLineEdit *whole = field(control, "wholepart"), *numer = field(control, "numerator"),
                         *denom = field(control, "denominator");

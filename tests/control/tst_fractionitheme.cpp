@@ -121,6 +121,24 @@ private Q_SLOTS:
         }
     }
 
+    // What a repaint shows is what the picture shows while the sign's colour changes and the
+    // separator stays where it was.
+    void screen()
+    {
+        for (bool slash : {true, false}) {
+            testsupport::form form;
+            QVERIFY(form.show());
+            form.control->setFractionslash(slash);
+            form.field("wholepart")->clearFocus();
+            for (const QStringList &record : {rec("-4 1 7"), rec("4 1 7"), rec("-4 1 7")}) {
+                form.control->loadfraction(record);
+                const QImage shown = testsupport::onscreen(form.control);
+                QVERIFY(!shown.isNull());
+                QCOMPARE(shown, form.control->Picture().toImage().convertToFormat(QImage::Format_RGB32));
+            }
+        }
+    }
+
     void valuechanged_data()
     {
         QTest::addColumn<action>("act");
