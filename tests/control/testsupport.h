@@ -80,7 +80,9 @@ inline QImage onscreen(QWidget *widget)
     const auto *store = dynamic_cast<const QImage *>(widget->window()->backingStore()->paintDevice());
     const qreal dpr = widget->devicePixelRatioF();
     const QRectF area(QPointF(widget->mapTo(widget->window(), QPoint())) * dpr, QSizeF(widget->size()) * dpr);
-    return store ? store->copy(area.toRect()).convertToFormat(QImage::Format_RGB32) : QImage();
+    QImage shown = store ? store->copy(area.toRect()).convertToFormat(QImage::Format_RGB32) : QImage();
+    shown.setDevicePixelRatio(dpr);
+    return shown;
 }
 
 // A control in a shown, active window, as a user meets it.

@@ -285,9 +285,6 @@ private Q_SLOTS:
 
         const QImage picture = control->Picture().toImage();
         const qreal dpr = picture.devicePixelRatio();
-        // The screen shows what the picture shows: a repaint copies separators drawn once before.
-        if (const QImage shown = testsupport::onscreen(control); !shown.isNull())
-            QCOMPARE(shown, picture.convertToFormat(QImage::Format_RGB32));
         const int edge = int(border * dpr);
         const QLineEdit *whole = field(control, "wholepart"), *numer = field(control, "numerator"),
                         *denom = field(control, "denominator");
