@@ -239,7 +239,7 @@ void fractioni::initialize(const propertybag *bag)
         absorb([this] {
             const QFont zoomed = startzoomfont();
             m_adoptingfont = true;
-            QWidget::setFont(zoomed);
+            QWidget::setFont(drawnfont(zoomed));
             m_adoptingfont = false;
         });
         m_zoomingstart = false;

@@ -398,6 +398,7 @@ private:
     QSize &pendingsize(const QWidget *child);
     void applysizes();
     QFont builtfont(const QFont &source, double size) const;
+    static QFont drawnfont(const QFont &font);
     void setcontrolfont(QWidget *control, const QFont &source, double size);
     QFont startzoomfont();
     const QFont &measuredfont(const QWidget *field) const;

