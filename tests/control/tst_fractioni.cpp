@@ -82,40 +82,35 @@ private Q_SLOTS:
             QTest::newRow(name) << change{setup, design, action, expected, QString::fromLatin1(after)};
         };
         const auto load = [](const char *record) { return [=](fractioni &f) { f.loadfraction(testsupport::rec(record)); }; };
+        const auto set = [](const char *name, const QVariant &value) { return [=](fractioni &f) { f.setProperty(name, value); }; };
         const QString same = "+ 4 1 7 > + 4 1 7", twice = same + ";" + same;
-        row("whole part -3 with blanks is stored trimmed", [](fractioni &f) { f.setWholepartvalue("  -3  "); },
-            "+ 4 1 7 > - -3 1 7", "-3 1 7");
-        row("+4 loses its plus without Forcesign", [](fractioni &f) { f.setWholepartvalue("+4"); }, same, "4 1 7");
-        row("Forcesign re-assigns the whole part with a plus", [](fractioni &f) { f.setForcesign(true); },
-            "+ 4 1 7 > + +4 1 7", "+4 1 7");
-        row("Forcesign turns an empty whole part into plus", [](fractioni &f) { f.setWholepartvalue(QString()); },
-            "+ +4 1 7 > + + 1 7", "+ 1 7", [](fractioni &f) { f.setForcesign(true); });
-        row("clearing the numerator sets the denominator to 1 first", [](fractioni &f) { f.setNumeratorvalue(QString()); },
+        const step changesign = [](fractioni &f) { QCOMPARE(f.changesign(), &f); };
+        row("whole part -3 with blanks is stored trimmed", set("Wholepartvalue", "  -3  "), "+ 4 1 7 > - -3 1 7", "-3 1 7");
+        row("+4 loses its plus without Forcesign", set("Wholepartvalue", "+4"), same, "4 1 7");
+        row("Forcesign re-assigns the whole part with a plus", set("Forcesign", true), "+ 4 1 7 > + +4 1 7", "+4 1 7");
+        row("Forcesign turns an empty whole part into plus", set("Wholepartvalue", ""), "+ +4 1 7 > + + 1 7", "+ 1 7",
+            set("Forcesign", true));
+        row("clearing the numerator sets the denominator to 1 first", set("Numeratorvalue", ""),
             "+ _ 3 4 > + _ 3 1; + _ 3 1 > + _ _ 1", "_ _ 1", load("_ 3 4"));
-        row("denominator without a numerator stays empty", [](fractioni &f) { f.setDenominatorvalue("5"); },
-            "+ 2 _ _ > + 2 _ _", "2 _ _", load("2 _ _"));
-        row("numerator -3 is refused: two events without change", [](fractioni &f) { f.setNumeratorvalue("-3"); }, twice, "4 1 7");
-        row("refused whole part at design time re-applies the value", [](fractioni &f) { f.setWholepartvalue("abc"); },
-            twice, "4 1 7", {}, true);
-        row("refused whole part while locked re-applies the value", [](fractioni &f) { f.setWholepartvalue("5-"); }, twice,
-            "4 1 7", [](fractioni &f) { f.setWholepartLocked(true); });
-        row("changesign of 2/3 gives the whole part minus and a second event",
-            [](fractioni &f) { QCOMPARE(f.changesign(), &f); }, "+ _ 2 3 > - - 2 3; _ - 2 3 > - - 2 3", "- 2 3", load("_ 2 3"));
-        row("changesign of -1 1/2 drops the minus", [](fractioni &f) { f.changesign(); },
-            "- -1 1 2 > + 1 1 2; _ 1 1 2 > + 1 1 2", "1 1 2", load("-1 1 2"));
-        row("changesign of an empty value does nothing", [](fractioni &f) { f.changesign(); }, "", "_ _ _", load("_ _ _"));
+        row("denominator without a numerator stays empty", set("Denominatorvalue", "5"), "+ 2 _ _ > + 2 _ _", "2 _ _", load("2 _ _"));
+        row("numerator -3 is refused: two events without change", set("Numeratorvalue", "-3"), twice, "4 1 7");
+        row("refused whole part at design time re-applies the value", set("Wholepartvalue", "abc"), twice, "4 1 7", {}, true);
+        row("refused whole part while locked re-applies the value", set("Wholepartvalue", "5-"), twice, "4 1 7",
+            set("WholepartLocked", true));
+        row("changesign of 2/3 gives the whole part minus and a second event", changesign,
+            "+ _ 2 3 > - - 2 3; _ - 2 3 > - - 2 3", "- 2 3", load("_ 2 3"));
+        row("changesign of -1 1/2 drops the minus", changesign, "- -1 1 2 > + 1 1 2; _ 1 1 2 > + 1 1 2", "1 1 2", load("-1 1 2"));
+        row("changesign of an empty value does nothing", changesign, "", "_ _ _", load("_ _ _"));
         row("clearfraction of 1 2/3 clears whole, denominator, numerator", [](fractioni &f) { QCOMPARE(f.clearfraction(), &f); },
             "+ 1 2 3 > + _ 2 3; + _ 2 3 > + _ 2 _; + _ 2 _ > + _ 2 1; + _ 2 1 > + _ _ 1", "_ _ 1", load("1 2 3"));
         row("FracType 7 refuses even the empty text: clearfraction keeps the value", [](fractioni &f) { f.clearfraction(); },
-            twice + ";" + twice + ";" + twice, "4 1 7", [](fractioni &f) { f.setFracType(fractioni::fractiontype(7)); }, true);
-        row("loadfraction while the whole part is locked adds a summary",
-            [](fractioni &f) { f.loadfraction({" -1", "2 ", " 5 "}); },
-            "+ 4 1 7 > - -1 1 7; - -1 1 7 > - -1 2 7; - -1 2 7 > - -1 2 5; + 4 1 7 > - -1 2 5", "-1 2 5",
-            [](fractioni &f) { f.setWholepartLocked(true); });
+            twice + ";" + twice + ";" + twice, "4 1 7", set("FracType", 7), true);
+        row("loadfraction while the whole part is locked adds a summary", [](fractioni &f) { f.loadfraction({" -1", "2 ", " 5 "}); },
+            "+ 4 1 7 > - -1 1 7; - -1 1 7 > - -1 2 7; - -1 2 7 > - -1 2 5; + 4 1 7 > - -1 2 5", "-1 2 5", set("WholepartLocked", true));
         row("loadfraction of a whole number applies the denominator rule", load("3 _ 9"),
             "+ 4 1 7 > + 3 1 7; + 3 1 7 > + 3 1 1; + 3 1 1 > + 3 _ 1; + 3 _ 1 > + 3 _ _", "3 _ _");
-        row("Negforecolor re-assigns the whole part", [](fractioni &f) { f.setNegforecolor(0x00FF00); }, same, "4 1 7");
-        row("hiding the fraction part clears numerator then denominator", [](fractioni &f) { f.setFracpartvisible(false); },
+        row("Negforecolor re-assigns the whole part", set("Negforecolor", 0x00FF00), same, "4 1 7");
+        row("hiding the fraction part clears numerator then denominator", set("Fracpartvisible", false),
             "+ 4 1 7 > + 4 1 1; + 4 1 1 > + 4 _ 1; + 4 _ 1 > + 4 _ _", "4 _ _");
         row("Autoreplace and FracType raise no value event",
             [](fractioni &f) { f.setAutoreplace(true); f.setFracType(fractioni::fracAlgebraic); }, "", "4 1 7");
@@ -437,9 +432,8 @@ private Q_SLOTS:
         row("colour beyond 32 bits", {{"Posforecolor", 1e20}}, "Posforecolor", 0u);
         row("Borderstyle beyond 16 bits", {{"Borderstyle", 70000}}, "Borderstyle", "borderstylenone");
         row("Fractionslash as a word", {{"Fractionslash", "maybe"}}, "Fractionslash", true);
-        row("Font as a number", {{"Font", 12}}, "Fracpartvisible", true);
-        row("Width not a number", {{"Width", "wide"}}, "Fracpartvisible", true);
-        row("negative Height", {{"Height", -500}}, "Fracpartvisible", true);
+        row("Font as a number, Width not a number, negative Height", {{"Font", 12}, {"Width", "wide"}, {"Height", -500}},
+            "Fracpartvisible", true);
         row("huge Width", {{"Width", 1e30}}, "Fracpartvisible", true);
     }
 
