@@ -191,41 +191,56 @@ private Q_SLOTS:
         QCOMPARE(model.data(model.index(0, 0)).toString(), QStringLiteral("-1 1/3"));
     }
 
-    // The editor covers its cell in the cell's colour and gives the cell back in its own form;
-    // a right-to-left view shows "-4 5/6" as numbers are written, at the cell's right.
+    // The editor covers its cell in the cell's colour and gives the cell back in its own form. A
+    // cell is painted in its sign's colour, with a bar (one row of ink across the fraction) or a
+    // slash, and a right-to-left view shows "-1 12/35" as numbers are written, at the cell's right;
+    // a text that is no fraction is painted as it stands.
     void delegate_data()
     {
         QTest::addColumn<QVariant>("held");
         QTest::addColumn<QVariant>("written");
-        QTest::newRow("text") << QVariant(QStringLiteral("-4 5/6")) << QVariant(QStringLiteral("-2 1/4"));
-        QTest::newRow("three texts") << QVariant(rec("-4 5 6")) << QVariant(rec("-2 1 4"));
+        QTest::addColumn<bool>("slash");
+        QTest::newRow("negative text, bar") << QVariant(QStringLiteral("-1 12/35")) << QVariant(QStringLiteral("-2 1/4")) << false;
+        QTest::newRow("three texts, slash") << QVariant(rec("4 12 35")) << QVariant(rec("-2 1 4")) << true;
     }
 
     void delegate()
     {
         QFETCH(QVariant, held);
         QFETCH(QVariant, written);
+        QFETCH(bool, slash);
         QTest::failOnWarning(QRegularExpression(QStringLiteral("editor")));
         QStandardItemModel model(2, 1);
         model.setData(model.index(0, 0), held);
+        model.setData(model.index(1, 0), QStringLiteral("1.5 in"));
         QTableView view;
-        view.setItemDelegate(new fractiondelegate(&view));
+        auto *delegate = new fractiondelegate(&view);
+        delegate->setFractionslash(slash);
+        view.setItemDelegate(delegate);
         view.setModel(&model);
-        QRect boxes[2];
-        QImage cells[2];
-        for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+        QImage cells[3]; // left to right, right to left, and the text that is no fraction
+        for (int i = 0; i < 3; ++i) {
             QStyleOptionViewItem option;
             option.rect = QRect(0, 0, 160, 40);
-            option.direction = direction;
-            cells[direction] = QImage(option.rect.size(), QImage::Format_RGB32);
-            cells[direction].fill(Qt::white);
-            QPainter painter(&cells[direction]);
-            painter.setLayoutDirection(direction);
-            view.itemDelegate()->paint(&painter, option, model.index(0, 0));
-            boxes[direction] = inked(cells[direction]).box;
+            option.direction = i == 1 ? Qt::RightToLeft : Qt::LeftToRight;
+            option.palette.setColor(QPalette::Text, Qt::black);
+            cells[i] = QImage(option.rect.size(), QImage::Format_RGB32);
+            cells[i].fill(Qt::white);
+            QPainter painter(&cells[i]);
+            painter.setLayoutDirection(option.direction);
+            delegate->paint(&painter, option, model.index(i / 2, 0));
         }
-        QVERIFY(boxes[Qt::RightToLeft].left() > boxes[Qt::LeftToRight].right());
-        QCOMPARE(cells[Qt::RightToLeft].copy(boxes[Qt::RightToLeft]), cells[Qt::LeftToRight].copy(boxes[Qt::LeftToRight]));
+        const inked ink(cells[0]), mirrored(cells[1]), text(cells[2]);
+        QVERIFY(mirrored.box.left() > ink.box.right());
+        QCOMPARE(cells[1].copy(mirrored.box), cells[0].copy(ink.box));
+        // Red ink for the negative text (the three texts are positive); the longest run of ink in a row.
+        QCOMPARE(ink.strongest.red() - ink.strongest.green() > 100, held.toString().startsWith(u'-'));
+        int widest = 0, run = 0;
+        for (qsizetype i = 0; i < ink.points.size(); ++i)
+            widest = std::max(widest, run = i > 0 && ink.points[i] == ink.points[i - 1] + QPoint(1, 0) ? run + 1 : 1);
+        QCOMPARE(widest > view.fontMetrics().horizontalAdvance(QStringLiteral("3")) + 2, !slash);
+        QVERIFY(!fractiondelegate::fractionof(model.index(1, 0)) && text.points.size() > 10);
+
         QVERIFY(testsupport::shown(&view, true));
         view.edit(model.index(0, 0));
         auto *editor = view.findChild<fractioni *>();

@@ -1,7 +1,7 @@
 // The demo application's window driven as a user drives it: the operations from buttons and keys,
 // selection, keyboard and screen-reader access, the property pages, saving and reopening the form,
-// pictures and the scripted tour; and the measurements page: the delegate's painting, editing
-// through the keyboard, and a 100,000-row model that opens without touching every row.
+// pictures and the scripted tour; and the measurements page: editing through the keyboard, and a
+// 100,000-row model that opens without touching every row.
 #include "../control/testsupport.h"
 #include "demowindow.h"
 #include "measurements.h"
@@ -19,11 +19,9 @@
 #include <QHeaderView>
 #include <QIdentityProxyModel>
 #include <QLabel>
-#include <QPainter>
 #include <QPushButton>
 #include <QSet>
 #include <QSpinBox>
-#include <QStandardItemModel>
 #include <QTableView>
 #include <QTemporaryDir>
 
@@ -41,9 +39,6 @@ namespace {
 // An operation from a button (or a shortcut when there is none) on the first and second operands.
 struct operation { const char *button; QStringList first, second, result, firstafter; const char *message = ""; QKeyCombination key = {}; };
 
-// A cell painted by the delegate: its value, separator, whether it reads as a fraction, its ink.
-struct paintedcell { QVariant value; bool slash, fraction; QColor color; };
-
 // Counts the rows whose data a view asks for.
 struct rowcounter : QIdentityProxyModel
 {
@@ -55,26 +50,9 @@ struct rowcounter : QIdentityProxyModel
     mutable QSet<int> rows;
 };
 
-// Pixels near \a color, and the longest horizontal run of dark or red ink.
-std::pair<int, int> ink(const QImage &image, const QColor &color)
-{
-    int count = 0, widest = 0;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0, run = 0; x < image.width(); ++x) {
-            const QColor pixel = image.pixelColor(x, y);
-            count += std::abs(pixel.red() - color.red()) + std::abs(pixel.green() - color.green())
-                         + std::abs(pixel.blue() - color.blue()) < 60;
-            run = qGray(pixel.rgb()) < 200 || (pixel.red() > 200 && pixel.green() < 80) ? run + 1 : 0;
-            widest = std::max(widest, run);
-        }
-    }
-    return {count, widest};
-}
-
 } // namespace
 
 Q_DECLARE_METATYPE(operation)
-Q_DECLARE_METATYPE(paintedcell)
 
 class tst_fractiondemo : public QObject
 {
@@ -268,40 +246,6 @@ private Q_SLOTS:
                  QStringList({"2", "3", "4", "-1", "1", "3", "1", "5", "12"}));
         // The log shows the typed keys' events.
         QVERIFY(window->loglines().contains(QStringLiteral(R"(first: fractionvaluechanged "+" "4" "1" "7" -> "+" "2" "1" "7")")));
-    }
-
-    // The measurements page: fractions in a table through the delegate.
-    void painting_data()
-    {
-        QTest::addColumn<paintedcell>("row");
-        QTest::newRow("three texts, slash") << paintedcell{QStringList{"4", "1", "7"}, true, true, Qt::black};
-        QTest::newRow("negative text, bar") << paintedcell{QStringLiteral("-1 12/35"), false, true, Qt::red};
-        QTest::newRow("no fraction") << paintedcell{QStringLiteral("1.5 in"), true, false, Qt::black};
-    }
-
-    void painting()
-    {
-        QFETCH(paintedcell, row);
-        const auto &[value, slash, fraction, color] = row;
-        QStandardItemModel model(1, 1);
-        const QModelIndex cell = model.index(0, 0);
-        model.setData(cell, value, value.typeId() == QMetaType::QStringList ? Qt::EditRole : Qt::DisplayRole);
-        fractiondelegate delegate;
-        delegate.setFractionslash(slash);
-        QCOMPARE(fractiondelegate::fractionof(cell).has_value(), fraction);
-        QStyleOptionViewItem option;
-        option.rect = QRect(QPoint(0, 0), delegate.sizeHint(option, cell) + QSize(10, 10));
-        option.palette.setColor(QPalette::Text, Qt::black);
-        QImage image(option.rect.size(), QImage::Format_RGB32);
-        image.fill(Qt::white);
-        QPainter painter(&image);
-        delegate.paint(&painter, option, cell);
-        painter.end();
-        const auto [count, widest] = ink(image, color);
-        QVERIFY(count > 10);
-        // The separator: a bar is one full row of ink across the fraction, a slash is not.
-        if (fraction)
-            QCOMPARE(widest > QFontMetrics(option.font).horizontalAdvance(QStringLiteral("3")) + 2, !slash);
     }
 
     void editing_data()
