@@ -272,17 +272,6 @@ private Q_SLOTS:
         QTest::newRow("delegate: F2 and Enter") << cell({"+2", "1", "4"}, "", {"+2", "1", "4"});
         QTest::newRow("delegate: a refused whole part") << cell({"abc", "1", "2"}, "5", {"abc", "1", "2"});
         QTest::newRow("delegate: 200,000 digits") << cell({"", "1", QString(200000, u'7')}, "", {"", "1", QString(200000, u'7')});
-        // A pasted fraction changes no locked part.
-        const auto paste = [](const char *lock, const char *field, QStringList value) {
-            return check([=](fractioni &c, QWidget &) {
-                c.setProperty(lock, true);
-                QGuiApplication::clipboard()->setText("-7 1/2");
-                QTest::keySequence(testsupport::field(&c, field), QKeySequence::Paste);
-                return differs(testsupport::value(c), value);
-            });
-        };
-        QTest::newRow("paste: locked whole part") << paste("WholepartLocked", "numerator", {"4", "1", "7"});
-        QTest::newRow("paste: a locked part it keeps") << paste("NumeratorLocked", "wholepart", {"-7", "1", "2"});
     }
 
     void cases()

@@ -12,7 +12,7 @@ using kelfractionint::fractioni;
 using testsupport::form;
 using step = std::function<void(fractioni &)>;
 struct typed { step setup; QString start, keys, value, focus, shown, events; };
-struct pasted { QString clipboard, field, keys, value; bool loaded; };
+struct pasted { QString clipboard, field, keys, value; bool loaded; const char *locked; };
 Q_DECLARE_METATYPE(typed)
 Q_DECLARE_METATYPE(pasted)
 
@@ -136,21 +136,28 @@ private Q_SLOTS:
     void paste_data()
     {
         QTest::addColumn<pasted>("row"); // no keys: Paste from the field's menu
-        const auto row = [](const char *name, const QString &clipboard, const char *field, const char *keys,
-                            const char *value, bool loaded) { QTest::newRow(name) << pasted{clipboard, field, keys, value, loaded}; };
+        const auto row = [](const char *name, const QString &clipboard, const char *field, const char *keys, const char *value,
+                            bool loaded, const char *locked = "") {
+            QTest::newRow(name) << pasted{clipboard, field, keys, value, loaded, locked};
+        };
         row("fraction into the numerator", "2/3", "numerator", "{Ctrl+V}", "_ 2 3", true);
         row("mixed number into the whole part", " -1 2/3 ", "wholepart", "{Shift+Ins}", "-1 2 3", true);
         row("vulgar fraction from the menu", "1\u2154", "denominator", "", "1 2 3", true);
         row("a plain number pastes as text", "25", "numerator", "{Ctrl+V}", "4 25 7", false);
         row("a decimal pastes as text", "2.5", "wholepart", "{Ctrl+V}", "2.5 1 7", false);
+        // A pasted fraction changes no locked part.
+        row("a fraction with a locked whole part", "-7 1/2", "numerator", "{Ctrl+V}", "4 1 7", false, "WholepartLocked");
+        row("a fraction that keeps a locked part", "-7 1/2", "wholepart", "{Ctrl+V}", "-7 1 2", false, "NumeratorLocked");
     }
 
     void paste()
     {
         QFETCH(pasted, row);
-        const auto &[clipboard, field, keys, value, loaded] = row;
+        const auto &[clipboard, field, keys, value, loaded, locked] = row;
         form f;
         QVERIFY(f.show());
+        if (*locked)
+            f.control->setProperty(locked, true);
         QApplication::clipboard()->setText(clipboard);
         QLineEdit *target = f.field(field);
         target->setFocus();
