@@ -88,6 +88,8 @@ private Q_SLOTS:
         row("whole part -3 with blanks is stored trimmed", set("Wholepartvalue", "  -3  "), "+ 4 1 7 > - -3 1 7", "-3 1 7");
         row("+4 loses its plus without Forcesign", set("Wholepartvalue", "+4"), same, "4 1 7");
         row("Forcesign re-assigns the whole part with a plus", set("Forcesign", true), "+ 4 1 7 > + +4 1 7", "+4 1 7");
+        row("Forcesign off re-assigns a lone plus as nothing", set("Forcesign", false), "+ + 3 4 > + _ 3 4", "_ 3 4",
+            [](fractioni &f) { f.loadfraction(testsupport::rec("_ 3 4")); f.setForcesign(true); });
         row("Forcesign turns an empty whole part into plus", set("Wholepartvalue", ""), "+ +4 1 7 > + + 1 7", "+ 1 7",
             set("Forcesign", true));
         row("clearing the numerator sets the denominator to 1 first", set("Numeratorvalue", ""),
