@@ -395,7 +395,7 @@ private:
     void resizeprocedure();
     void sizecontrol(QWidget *child, double width, double height);
     void placecontrol(QWidget *child, double left, double top);
-    QSize &pendingsize(const QWidget *child);
+    std::size_t partindex(const QWidget *child) const;
     void applysizes();
     QFont builtfont(const QFont &source, double size) const;
     static QFont drawnfont(const QFont &font);

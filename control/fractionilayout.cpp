@@ -88,23 +88,22 @@ QRectF fractioni::twiprect(const QWidget *child) const
     const double tx = m_tpx;
     const double ty = m_tpy;
     QRect r = child->geometry();
-    const QSize pending = const_cast<fractioni *>(this)->pendingsize(child);
+    const QSize pending = m_pendingsizes[partindex(child)];
     if (pending.isValid())
         r.setSize(pending);
     return {r.x() * tx, r.y() * ty, r.width() * tx, r.height() * ty};
 }
 
-QSize &fractioni::pendingsize(const QWidget *child)
+std::size_t fractioni::partindex(const QWidget *child) const
 {
-    const std::size_t index = child == wholepart ? 0 : child == numerator ? 1 : child == denominator ? 2 : 3;
-    return m_pendingsizes[index];
+    return child == wholepart ? 0 : child == numerator ? 1 : child == denominator ? 2 : 3;
 }
 
 void fractioni::applysizes()
 {
     for (QWidget *child : {static_cast<QWidget *>(wholepart), static_cast<QWidget *>(numerator),
                            static_cast<QWidget *>(denominator), static_cast<QWidget *>(lblgrip)}) {
-        const QSize size = std::exchange(pendingsize(child), QSize());
+        const QSize size = std::exchange(m_pendingsizes[partindex(child)], QSize());
         if (size.isValid() && (size != child->size() || !child->testAttribute(Qt::WA_Resized)))
             child->resize(size);
     }
@@ -128,13 +127,13 @@ void fractioni::sizecontrol(QWidget *child, double width, double height)
     const QSize size(std::clamp(topixels(width, m_tpx), 0, maxpixels), std::clamp(topixels(height, m_tpy), 0, maxpixels));
     // The part is given its size where it is placed: moving and resizing a widget at once costs
     // half of doing each, and a keystroke does both.
-    pendingsize(child) = size;
+    m_pendingsizes[partindex(child)] = size;
 }
 
 void fractioni::placecontrol(QWidget *child, double left, double top)
 {
     const QPoint place(topixels(left, m_tpx), topixels(top, m_tpy));
-    const QSize size = std::exchange(pendingsize(child), QSize());
+    const QSize size = std::exchange(m_pendingsizes[partindex(child)], QSize());
     // Placing or sizing a part where it already is changes nothing, and costs a lot per keystroke.
     const bool moves = place != child->pos() || !child->testAttribute(Qt::WA_Moved);
     const bool resizes = size.isValid() && (size != child->size() || !child->testAttribute(Qt::WA_Resized));
