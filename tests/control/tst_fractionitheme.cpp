@@ -98,6 +98,9 @@ private Q_SLOTS:
                 }
                 form.show();
                 QApplication::processEvents();
+                // No caret in the pictures: it blinks.
+                if (QWidget *focused = QApplication::focusWidget())
+                    focused->clearFocus();
                 for (fractioni *each : controls) {
                     pictures.append({each->Picture().toImage(), each->Font()});
                     const inked ink(pictures.last().first);
