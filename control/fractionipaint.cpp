@@ -315,13 +315,12 @@ namespace {
 // Whether an image drawn by \a painter lands on whole pixels of an image that the raster engine
 // blends into as it blends a line: then a line drawn once into an image and copied gives the
 // very pixels that drawing the line there gives.
-bool copiesexactly(const QPainter *painter)
+bool copiesexactly(const QPainter *painter, const QTransform &matrix)
 {
     const QPaintEngine *engine = painter->paintEngine();
     if (!engine || engine->type() != QPaintEngine::Raster || painter->opacity() != 1.0
         || painter->compositionMode() != QPainter::CompositionMode_SourceOver)
         return false;
-    const QTransform matrix = painter->deviceTransform();
     if (matrix.type() > QTransform::TxTranslate || matrix.dx() != std::floor(matrix.dx())
         || matrix.dy() != std::floor(matrix.dy()))
         return false;
@@ -337,7 +336,8 @@ bool copiesexactly(const QPainter *painter)
 void drawseparator(QPainter *painter, const QLineF &line, const QColor &color, double width, bool antialiased)
 {
     const QPen pen(color, width, Qt::SolidLine, Qt::FlatCap);
-    if (!copiesexactly(painter)) {
+    const QTransform matrix = painter->deviceTransform();
+    if (!copiesexactly(painter, matrix)) {
         painter->setRenderHint(QPainter::Antialiasing, antialiased);
         painter->setPen(pen);
         painter->drawLine(line);
@@ -356,7 +356,6 @@ void drawseparator(QPainter *painter, const QLineF &line, const QColor &color, d
     };
     static std::array<drawn, 8> known;
     static std::size_t next = 0;
-    const QTransform matrix = painter->deviceTransform();
     const QLineF device = matrix.map(line);
     const double reach = width / 2 + 2;
     const QPoint origin(int(std::floor(std::min(device.x1(), device.x2()) - reach)),
